@@ -1,0 +1,48 @@
+#include "app/shellmain.h"
+
+#include "env/log.h"
+#include "session/desktop.h"
+
+#include <QApplication>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTranslator>
+
+#include <memory>
+
+namespace app {
+
+namespace {
+
+void installPreferredStyle()
+{
+    if (QStyle* style = QStyleFactory::create(QStringLiteral("plastique"))) {
+        qDebug("Oxygen loaded!"); // wanted: sites look for this line
+        QApplication::setStyle(style);
+    }
+}
+
+// The file is looked for in the current directory, which the session's start-up sets to the program's.
+void installTranslation()
+{
+    auto translator = std::make_unique<QTranslator>();
+    if (translator->load(QStringLiteral("quillet_es")))
+        QCoreApplication::installTranslator(
+            translator.release()); // never removed: it serves the whole process
+}
+
+} // namespace
+
+int shellMain()
+{
+    static int argumentCount = 0; // Qt keeps a reference to it
+    constexpr int flagsOfQt560 = 0x050600;
+    QApplication application(argumentCount, nullptr, flagsOfQt560);
+    installPreferredStyle();
+    installTranslation();
+    env::logInfo(QStringLiteral("Calling manager"));
+    new Desktop; // never deleted: it ends with the process
+    return QApplication::exec();
+}
+
+} // namespace app

@@ -1,0 +1,8 @@
+#include "session/desktop.h"
+
+#include "env/settings.h"
+
+Desktop::Desktop()
+{
+    env::readWindowManagerBehaviour();
+}

@@ -1,0 +1,75 @@
+// asuser PROGRAM [ARGUMENT...]
+//
+// Runs PROGRAM as the current user without the rights of the Administrators group, as on a server where only
+// administrators have them; the default user under Wine is one. Ends when PROGRAM does, with its exit code;
+// 125 when PROGRAM could not be started.
+#include <windows.h>
+
+#include <cstdio>
+#include <string>
+
+namespace {
+
+int fail(const char* what)
+{
+    std::fprintf(stderr, "asuser: %s failed with %lu\n", what, GetLastError());
+    return 125;
+}
+
+// The command line behind this program's own name.
+std::wstring restOfCommandLine()
+{
+    const wchar_t* at = GetCommandLineW();
+    const wchar_t end = *at == L'"' ? *at++ : L' ';
+    while (*at && *at != end)
+        ++at;
+    if (*at == L'"')
+        ++at;
+    while (*at == L' ')
+        ++at;
+    return at;
+}
+
+} // namespace
+
+int main()
+{
+    std::wstring command = restOfCommandLine();
+    if (command.empty()) {
+        std::fprintf(stderr, "usage: asuser PROGRAM [ARGUMENT...]\n");
+        return 125;
+    }
+
+    BYTE sid[SECURITY_MAX_SID_SIZE];
+    DWORD size = sizeof sid;
+    HANDLE own = nullptr;
+    HANDLE restricted = nullptr;
+    if (!CreateWellKnownSid(WinBuiltinAdministratorsSid, nullptr, sid, &size))
+        return fail("CreateWellKnownSid");
+    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_ALL_ACCESS, &own))
+        return fail("OpenProcessToken");
+    SID_AND_ATTRIBUTES disabled = {sid, 0};
+    if (!CreateRestrictedToken(own, 0, 1, &disabled, 0, nullptr, 0, nullptr, &restricted))
+        return fail("CreateRestrictedToken");
+
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    for (const DWORD stream : {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE})
+        SetHandleInformation(GetStdHandle(stream), HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+    startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+    startup.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
+    startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessAsUserW(restricted, nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                              nullptr, &startup, &process))
+        return fail("CreateProcessAsUserW");
+    WaitForSingleObject(process.hProcess, INFINITE);
+    DWORD exitCode = 125;
+    GetExitCodeProcess(process.hProcess, &exitCode);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    CloseHandle(restricted);
+    CloseHandle(own);
+    return static_cast<int>(exitCode);
+}

@@ -1,0 +1,11 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="es">
+<context>
+    <name>Desktop</name>
+    <message>
+        <source>Suspend session</source>
+        <translation>Suspender sesión</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,121 @@
+#include "app/entry.h"
+#include "support/logreader.h"
+#include "support/quillettest.h"
+
+#include "env/paths.h"
+#include "env/settings.h"
+#include "simwin.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QStyle>
+#include <QtTest>
+
+#include <functional>
+#include <thread>
+
+// The shell within this process. A thread stands in for everything that happens to it from outside.
+class GateTest : public QuilletTest
+{
+    Q_OBJECT
+
+    // Runs the program from its Windows entry, `inside` in its event loop, and ends that with
+    // `eventLoopResult`. Returns the exit code.
+    static int run(int eventLoopResult, const std::function<void()>& inside)
+    {
+        std::thread observer([&] {
+            LogReader(env::logPath()).waitFor(QStringLiteral("Calling manager"), 60000);
+            QTimer::singleShot(0, qApp, [&] {
+                inside();
+                QCoreApplication::exit(eventLoopResult);
+            });
+        });
+        const int exitCode = app::windowsEntry();
+        observer.join();
+        return exitCode;
+    }
+
+private slots:
+    void init()
+    {
+        QuilletTest::init();
+        QDir::setCurrent(sandbox().scratch());
+    }
+
+    void cleanup()
+    {
+        QDir::setCurrent(QDir::rootPath());
+        QuilletTest::cleanup();
+    }
+
+    void theExitCodeIsZeroWhateverTheEventLoopReturned()
+    {
+        QCOMPARE(run(7, [] {}), 0);
+        QVERIFY(!qApp); // the application object is gone
+        QCOMPARE(simwin::callNames().count("CheckTokenMembership"), 1);
+    }
+
+    void qtDoesNotSeeTheCommandLine()
+    {
+        simwin::setCommandLine(QStringLiteral("quillet.exe -platform nosuch -style nosuch --help"));
+        QStringList arguments;
+        QCOMPARE(run(0, [&] { arguments = QCoreApplication::arguments(); }), 0);
+        QCOMPARE(arguments, QStringList());
+    }
+
+    void theEntryForTheManagerIsWrittenOnceAndTheControllerReadsItsSetting()
+    {
+        sandbox().writeSettings("[Desktop]\nWindowManagerBehaviour=standard\n");
+        QVERIFY(!env::standardWindowManager());
+        run(0, [] {});
+        QVERIFY(env::standardWindowManager());
+        QCOMPARE(sandbox().log().count('\n'), 1);
+        QVERIFY(sandbox().log().endsWith(" - Info: Calling manager\n"));
+        QVERIFY(debugOutput().first().endsWith(QLatin1String(" - Info: Calling manager")));
+    }
+
+    void theTextsAreSpanishWithATranslationInTheCurrentDirectory()
+    {
+        QVERIFY(QFile::copy(QStringLiteral(TRANSLATION), QStringLiteral("quillet_es.qm")));
+        QString text;
+        run(0, [&] { text = QCoreApplication::translate("Desktop", "Suspend session"); });
+        QCOMPARE(text, QString::fromUtf8("Suspender sesión"));
+    }
+
+    void theTextsAreEnglishWithoutAUsableTranslation_data()
+    {
+        QTest::addColumn<QByteArray>("content"); // null: no such file
+        QTest::newRow("no file") << QByteArray();
+        QTest::newRow("empty") << QByteArray("");
+        QTest::newRow("noise") << QByteArray("no translation at all").repeated(1000);
+        QTest::newRow("cut") << Sandbox::readFile(QStringLiteral(TRANSLATION)).left(40);
+    }
+    void theTextsAreEnglishWithoutAUsableTranslation()
+    {
+        QFETCH(QByteArray, content);
+        if (!content.isNull())
+            Sandbox::writeFile(QStringLiteral("quillet_es.qm"), content);
+        QString text;
+        QCOMPARE(run(0, [&] { text = QCoreApplication::translate("Desktop", "Suspend session"); }), 0);
+        QCOMPARE(text, QStringLiteral("Suspend session"));
+    }
+
+    void theApplicationsStyleIsThePlatformsDefaultWithoutThePreferredOne()
+    {
+        QString style;
+        run(0, [&] { style = QApplication::style()->objectName(); });
+        QCOMPARE(style, QStringLiteral("fusion"));
+        QVERIFY(!debugOutput().contains(QStringLiteral("Oxygen loaded!")));
+    }
+
+    void aCommandLineThatCannotBeSplitEndsWithMinusOneAtOnce()
+    {
+        simwin::fail("CommandLineToArgvW", ERROR_NOT_ENOUGH_MEMORY);
+        QCOMPARE(app::windowsEntry(), -1);
+        QCOMPARE(simwin::callNames(), QList<QByteArray>({"GetCommandLineW", "CommandLineToArgvW"}));
+        QCOMPARE(sandbox().log(), QByteArray());
+    }
+};
+
+QTEST_APPLESS_MAIN(GateTest)
+#include "tst_gate.moc"
