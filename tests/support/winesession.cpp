@@ -16,11 +16,10 @@ WineSession::WineSession(const QString& story, int width, int height)
     , m_environment(QProcessEnvironment::systemEnvironment())
 {
     // The session's own command tells what its environment is, and stays until its input ends.
-    m_session.start(
-        root() + QStringLiteral("/tools/wine-session"),
-        {"--size", QStringLiteral("%1x%2").arg(width).arg(height), "sh", "-c",
-         "printf '%s\\n' \"$DISPLAY\" \"$WINEPREFIX\" \"$WINE_HOME\" \"$WINEDLLOVERRIDES\" ready; "
-         "exec cat >/dev/null"});
+    const QString command = QStringLiteral("printf '%s\\n' \"$DISPLAY\" \"$WINEPREFIX\" \"$WINE_HOME\" "
+                                           "\"$WINEDLLOVERRIDES\" ready; exec cat >/dev/null");
+    const QString size = QStringLiteral("%1x%2").arg(width).arg(height);
+    m_session.start(root() + QStringLiteral("/tools/wine-session"), {"--size", size, "sh", "-c", command});
     QByteArray output;
     while (!output.endsWith("ready\n") && m_session.waitForReadyRead(120000))
         output += m_session.readAllStandardOutput();

@@ -37,7 +37,7 @@ using PSID = void*;
 
 using HANDLE = void*;
 using HLOCAL = HANDLE;
-using HINSTANCE = struct HINSTANCE__*;
+using HINSTANCE = struct SimulatedInstance*;
 
 #define TRUE 1
 #define FALSE 0
