@@ -1,6 +1,7 @@
 #include "app/shellmain.h"
 
 #include "env/log.h"
+#include "resources/resources.h"
 #include "session/desktop.h"
 
 #include <QApplication>
@@ -38,6 +39,8 @@ int shellMain()
     static int argumentCount = 0; // Qt keeps a reference to it
     constexpr int flagsOfQt560 = 0x050600;
     QApplication application(argumentCount, nullptr, flagsOfQt560);
+    initResources();
+    QApplication::setQuitOnLastWindowClosed(false); // only the end of the session ends the shell
     installPreferredStyle();
     installTranslation();
     env::logInfo(QStringLiteral("Calling manager"));

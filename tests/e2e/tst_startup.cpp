@@ -28,11 +28,11 @@ private slots:
                  qPrintable(seen.join('\n') + QString::fromLocal8Bit(shell.readAllStandardError())));
         QCOMPARE(seen, QStringList());
 
-        const QByteArray bytes = Sandbox::readFile(session.home() + QStringLiteral("/.quillet.log"));
-        QVERIFY2(bytes.endsWith(" - Info: Calling manager\n"), bytes);
-        QCOMPARE(bytes.count('\n'), 1);
+        const QList<QByteArray> lines =
+            Sandbox::readFile(session.home() + QStringLiteral("/.quillet.log")).split('\n');
+        QVERIFY2(lines.value(0).endsWith(" - Info: Calling manager"), lines.value(0));
         LogEntry entry;
-        QVERIFY(parseLogLine(QString::fromLatin1(bytes.chopped(1)), &entry));
+        QVERIFY(parseLogLine(QString::fromLatin1(lines.value(0)), &entry));
         QVERIFY(entry.time >= before && entry.time <= QDateTime::currentDateTime());
 
         QVERIFY(!shell.waitForFinished(2000)); // it stays in its event loop

@@ -1,5 +1,7 @@
 #include "support/quillettest.h"
 
+#include "resources/resources.h"
+
 #ifndef Q_OS_WIN
 #include "simwin.h"
 #endif
@@ -61,6 +63,7 @@ void QuilletTest::clearDebugOutput()
 
 void QuilletTest::init()
 {
+    initResources();
     m_sandbox = std::make_unique<Sandbox>();
 #ifndef Q_OS_WIN
     simwin::reset();

@@ -8,11 +8,13 @@
 
 #include <shellapi.h>
 
+#include <cstddef>
 #include <type_traits>
 
 #define SIMWIN_CONSTANT(type, name, value)                                                                   \
     static_assert(static_cast<unsigned long long>(name) == static_cast<unsigned long long>(value), #name);   \
     static_assert(sizeof(type) == sizeof(static_cast<type>(name)), #name);
+#include "../simwin/include/shellapi_constants.def"
 #include "../simwin/include/windows_constants.def"
 #undef SIMWIN_CONSTANT
 
@@ -33,6 +35,9 @@ static_assert(sizeof(LPARAM) == 8 && std::is_signed_v<LPARAM>);
 static_assert(sizeof(LRESULT) == 8 && std::is_signed_v<LRESULT>);
 static_assert(sizeof(WCHAR) == 2);
 static_assert(sizeof(HANDLE) == 8);
+static_assert(sizeof(RECT) == 16 && offsetof(RECT, right) == 8);
+static_assert(sizeof(APPBARDATA) == 48 && offsetof(APPBARDATA, hWnd) == 8 &&
+              offsetof(APPBARDATA, lParam) == 40);
 
 class SdkTest : public QuilletTest
 {

@@ -3,6 +3,21 @@
 
 #include <windows.h>
 
+struct APPBARDATA
+{
+    DWORD cbSize;
+    HWND hWnd;
+    UINT uCallbackMessage;
+    UINT uEdge;
+    RECT rc;
+    LPARAM lParam;
+};
+using PAPPBARDATA = APPBARDATA*;
+
+#define SIMWIN_CONSTANT(type, name, value) constexpr type name = static_cast<type>(value);
+#include "shellapi_constants.def"
+#undef SIMWIN_CONSTANT
+
 extern "C" {
 #define SIMWIN_FUNCTION(result, name, parameters) result WINAPI name parameters;
 #include "shellapi_functions.def"

@@ -38,6 +38,15 @@ using PSID = void*;
 using HANDLE = void*;
 using HLOCAL = HANDLE;
 using HINSTANCE = struct SimulatedInstance*;
+using HWND = struct SimulatedWindow*;
+
+struct RECT
+{
+    LONG left;
+    LONG top;
+    LONG right;
+    LONG bottom;
+};
 
 #define TRUE 1
 #define FALSE 0

@@ -1,0 +1,108 @@
+#include "session/login.h"
+
+#include "env/identity.h"
+#include "env/inifile.h"
+#include "env/log.h"
+#include "env/paths.h"
+#include "env/serverslot.h"
+#include "env/settings.h"
+#include "server/twclient.h"
+#include "session/initscreen.h"
+#include "session/screensize.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QMessageBox>
+#include <QProcessEnvironment>
+
+namespace session {
+
+namespace {
+
+constexpr char tokenKey[] = "UserToken";
+
+// Texts belong to the controller's context.
+void tell(const QString& text)
+{
+    QMessageBox::information(nullptr, QCoreApplication::translate("Desktop", "Server connection"), text);
+}
+
+bool isRefusal(const QString& reply)
+{
+    return reply.isEmpty() || reply.startsWith(QLatin1String("Error:"));
+}
+
+QString storedToken()
+{
+    const QString path = env::tokenPath();
+    qDebug("Looking for token on file: %s", path.toUtf8().constData());
+    return QFile::exists(path) ? env::readValue(path, QLatin1String(tokenKey)) : QString();
+}
+
+// Asks for the password until the server accepts it. Empty when the user gave up.
+bool askForPassword(TWClient* client, const QString& user)
+{
+    InitScreen dialog;
+    for (;;) {
+        const QSize desktop = desktopSize();
+        dialog.setFixedSize(desktop);
+        dialog.showFullScreen();
+        dialog.centrePanel(desktop);
+        if (dialog.exec() != QDialog::Accepted)
+            return false;
+        const QString password = dialog.password();
+        env::setPassword(password);
+        if (client->login(user, password))
+            return true;
+        tell(QCoreApplication::translate("Desktop",
+                                         "The password you supplied is incorrect. Please, try again."));
+    }
+}
+
+// Obtains the user's token and keeps it for the next start.
+bool activateUser(TWClient* client, const QString& user)
+{
+    const QString token = client->sendCommand(QLatin1String("activate_user?") + user);
+    if (isRefusal(token)) {
+        tell(
+            QCoreApplication::translate("Desktop", "Cannot enable user. Contact your system administrator."));
+        return false;
+    }
+    env::writeValue(env::tokenPath(), QLatin1String(tokenKey), token);
+    return true;
+}
+
+} // namespace
+
+bool logIn(const std::function<bool()>& connectToServer)
+{
+    const QString user = QProcessEnvironment::systemEnvironment().value(QStringLiteral("USERNAME"));
+    env::readWindowManagerBehaviour();
+    env::logInfo(QStringLiteral("Starting session with user '%1'").arg(user));
+    env::setUserName(user);
+    qDebug("Settings file: %s", env::settingsPath().toUtf8().constData());
+    if (env::serverPort() < 1)
+        return true; // without a server
+
+    const QString token = storedToken();
+    if (!connectToServer()) {
+        tell(QCoreApplication::translate(
+            "Desktop", "Cannot connect to Tidewell Server. Contact your system administrator."));
+        return false;
+    }
+    TWClient* const client = env::serverClient();
+    if (!token.isEmpty()) {
+        // Wanted: a stored token that is refused does not lead to the password dialog.
+        if (!client->login(user, token)) {
+            tell(QCoreApplication::translate("Desktop", "Cannot connect to Tidewell Server with current user "
+                                                        "token. Contact your system administrator."));
+            return false;
+        }
+    } else if (!askForPassword(client, user) || !activateUser(client, user)) {
+        return false;
+    }
+    env::logInfo(client->sendCommand(QStringLiteral("start_session")));
+    return true;
+}
+
+} // namespace session

@@ -1,0 +1,35 @@
+// The user's session and the system's own task bar.
+#include "state.h"
+
+#include <shellapi.h>
+
+using simwin::State;
+
+HWND WINAPI FindWindowW(LPCWSTR className, LPCWSTR title)
+{
+    State& windows = simwin::state();
+    const QMutexLocker locker(&windows.lock);
+    simwin::enter(windows, "FindWindowW",
+                  {QString::fromWCharArray(className), title ? QString::fromWCharArray(title) : QString()});
+    return nullptr; // this Windows has no shell of its own
+}
+
+UINT_PTR WINAPI SHAppBarMessage(DWORD message, PAPPBARDATA data)
+{
+    State& windows = simwin::state();
+    const QMutexLocker locker(&windows.lock);
+    const bool succeeds = simwin::enter(windows, "SHAppBarMessage",
+                                        {QString::number(message), QString::number(data->cbSize),
+                                         QString::number(reinterpret_cast<UINT_PTR>(data->hWnd)),
+                                         QString::number(data->lParam)});
+    return succeeds ? 1 : 0;
+}
+
+BOOL WINAPI ExitWindowsEx(UINT flags, DWORD reason)
+{
+    State& windows = simwin::state();
+    const QMutexLocker locker(&windows.lock);
+    return simwin::enter(windows, "ExitWindowsEx", {QString::number(flags), QString::number(reason, 16)})
+               ? TRUE
+               : FALSE;
+}

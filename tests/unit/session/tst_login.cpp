@@ -1,0 +1,528 @@
+// The session's start and its early end, from the controller's constructor, with a server on loopback.
+#include "session/desktop.h"
+
+#include "env/identity.h"
+#include "env/inifile.h"
+#include "env/paths.h"
+#include "env/serverslot.h"
+#include "env/settings.h"
+#include "server/twclient.h"
+#include "session/initscreen.h"
+#include "session/screensize.h"
+#include "simwin.h"
+#include "support/modalanswerer.h"
+#include "support/quillettest.h"
+#include "support/twserver/twserver.h"
+
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFrame>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+const QString cannotConnect =
+    QStringLiteral("Cannot connect to Tidewell Server. Contact your system administrator.");
+const QString tokenRefused = QStringLiteral(
+    "Cannot connect to Tidewell Server with current user token. Contact your system administrator.");
+const QString passwordRefused = QStringLiteral("The password you supplied is incorrect. Please, try again.");
+const QString cannotEnable = QStringLiteral("Cannot enable user. Contact your system administrator.");
+
+} // namespace
+
+class LoginTest : public QuilletTest
+{
+    Q_OBJECT
+
+    std::unique_ptr<TwServer> m_server;
+    std::unique_ptr<ModalAnswerer> m_answers;
+    std::unique_ptr<Desktop> m_desktop;
+
+    void configure(const QByteArray& port)
+    {
+        sandbox().writeSettings("[Server]\nTidewellServerPort=" + port +
+                                "\nTidewellServerAddress=127.0.0.1\n");
+    }
+
+    void startSession() { m_desktop = std::make_unique<Desktop>(); }
+
+    void expectBox(const QString& text)
+    {
+        m_answers->expectBox(QStringLiteral("Server connection"), text, QMessageBox::Information);
+    }
+
+    // The user types `password`, after what is already there was cleared, and presses Ok.
+    void expectPassword(const QString& password)
+    {
+        m_answers->expectDialog("InitScreen", [password](QWidget* dialog) {
+            const auto field = dialog->findChild<QLineEdit*>(QStringLiteral("passwordLineEdit"));
+            field->setText(password);
+            dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        });
+    }
+
+    void expectCancel()
+    {
+        m_answers->expectDialog("InitScreen", [](QWidget* dialog) {
+            dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel)->click();
+        });
+    }
+
+    // The log without its dates: "Info: message".
+    QStringList logEntries()
+    {
+        QStringList entries;
+        for (const QByteArray& line : sandbox().log().split('\n')) {
+            if (!line.isEmpty())
+                entries.append(QString::fromUtf8(line).section(QStringLiteral(" - "), 1));
+        }
+        return entries;
+    }
+
+    static QList<QByteArray> exitCalls() { return {"FindWindowW", "SHAppBarMessage", "ExitWindowsEx"}; }
+
+    void verifyGoesOn()
+    {
+        QVERIFY(simwin::calls().isEmpty());
+        QVERIFY(env::serverClient());
+        QVERIFY(env::serverClient()->isConnected());
+    }
+
+    void verifyEnded()
+    {
+        QCOMPARE(simwin::callNames(), exitCalls());
+        QVERIFY(!env::serverClient());
+    }
+
+private slots:
+    void init()
+    {
+        QuilletTest::init();
+        env::setPassword(QString());
+        m_answers = std::make_unique<ModalAnswerer>();
+        m_server = std::make_unique<TwServer>();
+        m_server->data.users.insert(QStringLiteral("clerk"),
+                                    {QStringLiteral("tide"), QStringLiteral("the token")});
+        QVERIFY(m_server->start());
+        configure(QByteArray::number(m_server->port()));
+    }
+
+    void cleanup()
+    {
+        const QStringList problems = m_answers->problems();
+        m_answers.reset();
+        m_server.reset(); // first, so that no farewell waits for a silent server
+        delete env::serverClient();
+        env::setServerClient(nullptr);
+        m_desktop.reset();
+        // An exit() without an event loop lets every dialog return at once until the next exec().
+        QTimer::singleShot(0, [] { QCoreApplication::quit(); });
+        QCoreApplication::exec();
+        QuilletTest::cleanup();
+        QVERIFY2(problems.isEmpty(), qPrintable(problems.join('\n')));
+    }
+
+    // --- Without a server
+    // ---------------------------------------------------------------------------------------
+
+    void aPortBelowOneMeansNoServer_data()
+    {
+        QTest::addColumn<QByteArray>("port");
+        QTest::newRow("0") << QByteArray("0");
+        QTest::newRow("-5") << QByteArray("-5");
+        QTest::newRow("abc") << QByteArray("abc");
+        QTest::newRow("empty") << QByteArray("");
+    }
+    void aPortBelowOneMeansNoServer()
+    {
+        QFETCH(QByteArray, port);
+        configure(port);
+        sandbox().writeToken("[General]\nUserToken=the token\n");
+        startSession();
+        QVERIFY(!env::serverClient());
+        QVERIFY(simwin::calls().isEmpty());
+        QVERIFY(m_server->transcript().isEmpty());
+        QCOMPARE(logEntries(), QStringList("Info: Starting session with user 'clerk'"));
+        QCOMPARE(debugOutput().last(), QStringLiteral("Settings file: %1").arg(env::settingsPath()));
+    }
+
+    void aMissingSettingsFileMeansNoServer()
+    {
+        QVERIFY(QFile::remove(env::settingsPath()));
+        startSession();
+        QVERIFY(!env::serverClient());
+        QVERIFY(simwin::calls().isEmpty());
+    }
+
+    // --- Who the user is
+    // ----------------------------------------------------------------------------------------
+
+    void theUserIsUSERNAMEAndBecomesTheCachedName()
+    {
+        configure("0");
+        sandbox().setVariable("USER", "somebody else");
+        sandbox().setVariable("USERNAME", "señora");
+        sandbox().writeCredentials("from the file\n");
+        env::setUserName(QString());
+        startSession();
+        QCOMPARE(logEntries(), QStringList(QString::fromUtf8("Info: Starting session with user 'señora'")));
+        QCOMPARE(env::credentialsUserName(), QString::fromUtf8("señora"));
+    }
+
+    void theWindowManagerBehaviourIsRead()
+    {
+        sandbox().writeSettings("[Desktop]\nWindowManagerBehaviour=standard\n");
+        startSession();
+        QVERIFY(env::standardWindowManager());
+        sandbox().writeSettings("[Desktop]\nWindowManagerBehaviour=other one\n");
+        startSession();
+        QVERIFY(!env::standardWindowManager());
+    }
+
+    // --- The first start
+    // ----------------------------------------------------------------------------------------
+
+    void thePasswordIsAskedForAndTheTokenKept()
+    {
+        expectPassword(QStringLiteral("tide"));
+        startSession();
+        verifyGoesOn();
+        QCOMPARE(m_server->requests(),
+                 QList<QByteArray>({"login?clerk&&tide\n", "activate_user?clerk", "start_session"}));
+        QCOMPARE(Sandbox::readFile(env::tokenPath()), QByteArray("[General]\nUserToken=the token\n"));
+        QCOMPARE(env::credentialsPassword(), QStringLiteral("tide"));
+        QCOMPARE(logEntries(),
+                 QStringList({"Info: Starting session with user 'clerk'", "Info: Session started"}));
+    }
+
+    void theDebugOutputTellsTheStepsInOrder()
+    {
+        expectPassword(QStringLiteral("tide"));
+        startSession();
+        const QStringList lines = debugOutput();
+        QCOMPARE(lines.size(), 5);
+        QVERIFY(lines[0].endsWith(QLatin1String("Info: Starting session with user 'clerk'")));
+        QCOMPARE(lines[1], QStringLiteral("Settings file: %1").arg(env::settingsPath()));
+        QCOMPARE(lines[2], QStringLiteral("Looking for token on file: %1").arg(env::tokenPath()));
+        QCOMPARE(lines[3], QStringLiteral("Connected"));
+        QVERIFY(lines[4].endsWith(QLatin1String("Info: Session started")));
+    }
+
+    void theNextStartLogsInWithTheToken()
+    {
+        expectPassword(QStringLiteral("tide"));
+        startSession();
+        delete env::serverClient();
+        startSession();
+        verifyGoesOn();
+        QCOMPARE(m_server->requests().mid(4),
+                 QList<QByteArray>({"login?clerk&&the token\n", "start_session"}));
+    }
+
+    void aRefusedPasswordIsAskedForAgainWithoutLimit()
+    {
+        for (int i = 0; i < 5; ++i) {
+            expectPassword(QStringLiteral("wrong %1").arg(i));
+            expectBox(passwordRefused);
+        }
+        // The text that was refused still stands in the field.
+        QString left;
+        m_answers->expectDialog("InitScreen", [&left](QWidget* dialog) {
+            const auto field = dialog->findChild<QLineEdit*>(QStringLiteral("passwordLineEdit"));
+            left = field->text();
+            field->setText(QStringLiteral("tide"));
+            dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        });
+        startSession();
+        verifyGoesOn();
+        QCOMPARE(left, QStringLiteral("wrong 4"));
+        QCOMPARE(env::credentialsPassword(), QStringLiteral("tide"));
+        QCOMPARE(m_server->requests().size(), 5 + 3);
+    }
+
+    void theDialogCoversTheDesktopWithItsPanelInTheMiddle()
+    {
+        QSize size;
+        QRect panel;
+        Qt::WindowStates states;
+        QWidget* parent = nullptr;
+        m_answers->expectDialog("InitScreen", [&](QWidget* dialog) {
+            size = dialog->size();
+            states = dialog->windowState();
+            parent = dialog->parentWidget();
+            panel = dialog->findChild<QFrame*>(QStringLiteral("formFrame"))->geometry();
+            dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel)->click();
+        });
+        startSession();
+        const QSize desktop = session::desktopSize();
+        QCOMPARE(size, desktop);
+        QVERIFY(states & Qt::WindowFullScreen);
+        QVERIFY(!parent);
+        QCOMPARE(panel.topLeft(),
+                 QPoint((desktop.width() - panel.width()) / 2, (desktop.height() - panel.height()) / 2));
+    }
+
+    void cancelEndsTheSessionWithoutAWord()
+    {
+        expectCancel();
+        startSession();
+        verifyEnded();
+        QCOMPARE(m_server->requests(), QList<QByteArray>({"end_session", "quit\n"}));
+        QCOMPARE(logEntries(),
+                 QStringList({"Info: Starting session with user 'clerk'", "Info: Session ended"}));
+        QVERIFY(!QFile::exists(env::tokenPath()));
+    }
+
+    void cancelAfterARefusedPasswordEndsTheSession()
+    {
+        expectPassword(QStringLiteral("wrong"));
+        expectBox(passwordRefused);
+        expectCancel();
+        startSession();
+        verifyEnded();
+        QVERIFY(!QFile::exists(env::tokenPath()));
+    }
+
+    void aUserWhoCannotBeEnabledIsToldAndTheSessionEnds_data()
+    {
+        QTest::addColumn<QByteArray>("reply");
+        QTest::newRow("Error:") << QByteArray("Error: locked");
+        QTest::newRow("Error: alone") << QByteArray("Error:");
+        QTest::newRow("blank") << QByteArray(" \n ");
+    }
+    void aUserWhoCannotBeEnabledIsToldAndTheSessionEnds()
+    {
+        QFETCH(QByteArray, reply);
+        m_server->setFault("activate_user?", {TwFault::Instead, 0, reply});
+        expectPassword(QStringLiteral("tide"));
+        expectBox(cannotEnable);
+        startSession();
+        verifyEnded();
+        QVERIFY(!QFile::exists(env::tokenPath()));
+        QCOMPARE(m_server->requests(),
+                 QList<QByteArray>({"login?clerk&&tide\n", "activate_user?clerk", "end_session", "quit\n"}));
+    }
+
+    void aTokenThatOnlyLooksLikeARefusalIsAToken_data()
+    {
+        QTest::addColumn<QByteArray>("reply");
+        QTest::newRow("lower case") << QByteArray("error: x");
+        QTest::newRow("without colon") << QByteArray("Error");
+        QTest::newRow("in the middle") << QByteArray("x Error: y");
+    }
+    void aTokenThatOnlyLooksLikeARefusalIsAToken()
+    {
+        QFETCH(QByteArray, reply);
+        m_server->setFault("activate_user?", {TwFault::Instead, 0, reply});
+        expectPassword(QStringLiteral("tide"));
+        startSession();
+        verifyGoesOn();
+        QCOMPARE(env::readValue(env::tokenPath(), QStringLiteral("UserToken")), QString::fromUtf8(reply));
+    }
+
+    void aServerThatHangsUpBetweenLoginAndActivationEnablesNobody()
+    {
+        m_server->setFault("activate_user?", {TwFault::Close});
+        expectPassword(QStringLiteral("tide"));
+        expectBox(cannotEnable);
+        startSession();
+        verifyEnded();
+        QVERIFY(!QFile::exists(env::tokenPath()));
+    }
+
+    // --- The token
+    // ----------------------------------------------------------------------------------------------
+
+    void tokensSurviveTheFile_data()
+    {
+        QTest::addColumn<QString>("token");
+        QTest::newRow("comma") << "a,b,c";
+        QTest::newRow("semicolon") << "a;b";
+        QTest::newRow("quotes") << "\"a\" 'b'";
+        QTest::newRow("percent") << "100%41%USERNAME%";
+        QTest::newRow("backslash") << "\\a\\x41\\\\";
+        QTest::newRow("letters") << QString::fromUtf8("señal ß 漢字 😀");
+        QTest::newRow("everything") << QString::fromUtf8("@a=b;[c] #\"d\"\te\\,%ñ");
+        QTest::newRow("long") << QString(3000, QLatin1Char('t'));
+    }
+    void tokensSurviveTheFile()
+    {
+        QFETCH(QString, token);
+        m_server->setFault("activate_user?", {TwFault::Instead, 0, token.toUtf8()});
+        expectPassword(QStringLiteral("tide"));
+        startSession();
+        verifyGoesOn();
+        delete env::serverClient();
+        m_server->setFault("login?", {TwFault::Instead, 0, "OK"});
+        startSession();
+        QVERIFY(m_server->requests().contains("login?clerk&&" + token.toUtf8() + "\n"));
+        QCOMPARE(m_server->requests().count("activate_user?clerk"), 1);
+    }
+
+    void blanksAroundATokenInAFileWrittenByHandAreTheIniFormsOwn_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QByteArray>("token");
+        QTest::newRow("bare blanks are not part of it")
+            << QByteArray("UserToken=  abc  ") << QByteArray("abc");
+        QTest::newRow("quoted blanks are") << QByteArray("UserToken=\"  abc  \"") << QByteArray("  abc  ");
+        QTest::newRow("without a group") << QByteArray("UserToken=abc") << QByteArray("abc");
+    }
+    void blanksAroundATokenInAFileWrittenByHandAreTheIniFormsOwn()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(QByteArray, token);
+        sandbox().writeToken(line + "\n");
+        m_server->setFault("login?", {TwFault::Instead, 0, "OK"});
+        startSession();
+        QCOMPARE(m_server->requests().value(0), "login?clerk&&" + token + "\n");
+    }
+
+    void aRefusedTokenEndsTheSessionWithoutTheDialog()
+    {
+        sandbox().writeToken("[General]\nUserToken=stale\n");
+        expectBox(tokenRefused);
+        startSession();
+        verifyEnded();
+        QCOMPARE(m_server->requests(), QList<QByteArray>({"login?clerk&&stale\n", "end_session", "quit\n"}));
+        QCOMPARE(Sandbox::readFile(env::tokenPath()), QByteArray("[General]\nUserToken=stale\n"));
+    }
+
+    void aTokenFileWithoutATokenLeadsToTheDialog_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("empty file") << QByteArray("");
+        QTest::newRow("empty token") << QByteArray("[General]\nUserToken=\n");
+        QTest::newRow("other group") << QByteArray("[Other]\nUserToken=abc\n");
+        QTest::newRow("noise") << QByteArray("\xff\x00\x01=[]", 6);
+    }
+    void aTokenFileWithoutATokenLeadsToTheDialog()
+    {
+        QFETCH(QByteArray, content);
+        sandbox().writeToken(content);
+        expectPassword(QStringLiteral("tide"));
+        startSession();
+        verifyGoesOn();
+        QCOMPARE(env::readValue(env::tokenPath(), QStringLiteral("UserToken")), QStringLiteral("the token"));
+    }
+
+    void aFolderInTheTokenFilesPlaceLetsTheSessionGoOn()
+    {
+        QDir().mkpath(env::tokenPath());
+        expectPassword(QStringLiteral("tide"));
+        startSession();
+        verifyGoesOn();
+        QVERIFY(QFileInfo(env::tokenPath()).isDir());
+    }
+
+    // --- The server
+    // ---------------------------------------------------------------------------------------------
+
+    void aServerThatIsNotThereEndsTheSession()
+    {
+        m_server->stop();
+        expectBox(cannotConnect);
+        startSession();
+        verifyEnded();
+        QCOMPARE(logEntries(), QStringList({"Info: Starting session with user 'clerk'",
+                                            "Error: Cannot connect to twserver"}));
+    }
+
+    void theTokenIsLookedForBeforeTheConnection()
+    {
+        m_server->stop();
+        expectBox(cannotConnect);
+        startSession();
+        const QStringList lines = debugOutput();
+        QVERIFY(lines.indexOf(QStringLiteral("Looking for token on file: %1").arg(env::tokenPath())) <
+                lines.indexOf(QStringLiteral("Cannot connect")));
+    }
+
+    void aRefusalOfStartSessionIsOnlyLogged()
+    {
+        sandbox().writeToken("[General]\nUserToken=the token\n");
+        m_server->setFault("start_session", {TwFault::Refused, 0, "too many"});
+        startSession();
+        verifyGoesOn();
+        QCOMPARE(logEntries().last(), QStringLiteral("Info: Error: too many"));
+    }
+
+    void connectToServerPublishesTheClientOrNone()
+    {
+        configure("0");
+        startSession();
+        QVERIFY(!m_desktop->connectToServer());
+        QVERIFY(!env::serverClient());
+        QCOMPARE(logEntries().last(), QStringLiteral("Error: Cannot connect to twserver"));
+        configure(QByteArray::number(m_server->port()));
+        QVERIFY(m_desktop->connectToServer());
+        QVERIFY(env::serverClient());
+        QVERIFY(env::serverClient()->isConnected());
+    }
+
+    // --- The end
+    // ------------------------------------------------------------------------------------------------
+
+    void theEndTellsTheServerRestoresTheTaskBarAndLogsOff()
+    {
+        sandbox().writeToken("[General]\nUserToken=the token\n");
+        startSession();
+        m_desktop->exitApp();
+        QCOMPARE(m_server->requests().mid(2), QList<QByteArray>({"end_session", "quit\n"}));
+        QCOMPARE(logEntries().last(), QStringLiteral("Info: Session ended"));
+        verifyEnded();
+        const QList<simwin::Call> calls = simwin::calls();
+        QCOMPARE(calls[0].arguments, QStringList({"System_TrayWnd", QString()}));
+        QCOMPARE(calls[1].arguments,
+                 QStringList({"10", "48", "0", "2"})); // state, size, no window, always on top
+        QCOMPARE(calls[2].arguments, QStringList({"0", "ffffffff"}));
+    }
+
+    void theEndWithoutAServerStillLogsOff()
+    {
+        configure("0");
+        startSession();
+        m_desktop->exitApp();
+        QCOMPARE(simwin::callNames(), exitCalls());
+        QVERIFY(m_server->transcript().isEmpty());
+    }
+
+    void theEndLeavesTheEventLoopWhenItRuns()
+    {
+        configure("0");
+        startSession();
+        QTimer::singleShot(0, m_desktop.get(), SLOT(exitApp()));
+        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(simwin::callNames(), exitCalls());
+    }
+
+    void anEndBeforeTheEventLoopLeavesItRunning()
+    {
+        expectCancel();
+        startSession();
+        bool stillRunning = false;
+        QTimer::singleShot(300, [&] {
+            stillRunning = true;
+            QCoreApplication::exit(3);
+        });
+        QCOMPARE(QCoreApplication::exec(), 3);
+        QVERIFY(stillRunning);
+    }
+
+    void aServerThatIsGoneDoesNotKeepTheSessionFromEnding()
+    {
+        sandbox().writeToken("[General]\nUserToken=the token\n");
+        startSession();
+        m_server->stop();
+        m_desktop->exitApp();
+        verifyEnded();
+        QCOMPARE(logEntries().last(), QStringLiteral("Info: "));
+    }
+};
+
+QTEST_MAIN(LoginTest)
+#include "tst_login.moc"
