@@ -18,7 +18,7 @@ namespace {
 void installPreferredStyle()
 {
     if (QStyle* style = QStyleFactory::create(QStringLiteral("plastique"))) {
-        qDebug("Oxygen loaded!"); // wanted: sites look for this line
+        qDebug("Oxygen loaded!"); // wanted as it is, whatever the style is called
         QApplication::setStyle(style);
     }
 }
@@ -30,6 +30,12 @@ void installTranslation()
     if (translator->load(QStringLiteral("quillet_es")))
         QCoreApplication::installTranslator(
             translator.release()); // never removed: it serves the whole process
+}
+
+// Never deleted: the controller ends with the process.
+void createController()
+{
+    new Desktop;
 }
 
 } // namespace
@@ -44,7 +50,7 @@ int shellMain()
     installPreferredStyle();
     installTranslation();
     env::logInfo(QStringLiteral("Calling manager"));
-    new Desktop; // never deleted: it ends with the process
+    createController();
     return QApplication::exec();
 }
 

@@ -53,12 +53,12 @@ QString credentialsPassword()
     return s_password;
 }
 
-void setUserName(const QString& name)
+void setCredentialsUserName(const QString& name)
 {
     s_userName = name;
 }
 
-void setPassword(const QString& password)
+void setCredentialsPassword(const QString& password)
 {
     s_password = password;
 }

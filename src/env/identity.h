@@ -13,9 +13,9 @@ QString userName();
 QString credentialsUserName();
 QString credentialsPassword();
 
-// Replace what the two functions above return.
-void setUserName(const QString& name);
-void setPassword(const QString& password);
+// Replace what credentialsUserName() and credentialsPassword() return.
+void setCredentialsUserName(const QString& name);
+void setCredentialsPassword(const QString& password);
 
 // "windows": the catalogue's name of the platform that local programs are started on.
 QString platformName();

@@ -3,7 +3,6 @@
 #include "env/identity.h"
 #include "env/settings.h"
 
-#include <QHostAddress>
 #include <QHostInfo>
 #include <QNetworkInterface>
 
@@ -23,16 +22,21 @@ QString sharedFolderPath()
 
 bool isRemoteHost(const QString& host)
 {
+    return isRemoteHost(
+        host, {QHostInfo::localHostName(), QHostInfo::localDomainName(), QNetworkInterface::allAddresses()});
+}
+
+bool isRemoteHost(const QString& host, const LocalHost& local)
+{
     if (host != QLatin1String("127.0.0.1"))
         return true;
     // A comparison with "localhost" would have no say here: such a host has been answered for above.
-    const QString localName = QHostInfo::localHostName();
-    if (host.compare(localName, Qt::CaseInsensitive) != 0)
+    if (host.compare(local.name, Qt::CaseInsensitive) != 0)
         return true;
-    if (host.compare(localName + QLatin1Char('.') + QHostInfo::localDomainName(), Qt::CaseInsensitive) != 0)
+    if (host.compare(local.name + QLatin1Char('.') + local.domain, Qt::CaseInsensitive) != 0)
         return true;
     const QHostAddress hostAddress(host);
-    for (const QHostAddress& address : QNetworkInterface::allAddresses()) {
+    for (const QHostAddress& address : local.addresses) {
         if (address.protocol() == QAbstractSocket::IPv4Protocol && address == hostAddress)
             return true;
     }

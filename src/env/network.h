@@ -1,6 +1,8 @@
 // Network paths of the user's files, and where a host is.
 #pragma once
 
+#include <QHostAddress>
+#include <QList>
 #include <QString>
 
 namespace env {
@@ -11,9 +13,18 @@ QString homeSharePath();
 // The shared folder, "\\SERVER\PATH": SambaServer and SambaSharedPath, which brings its own backslash.
 QString sharedFolderPath();
 
-// Whether programs on `host` have to be started through remote desktop. Wanted: it is true for every host,
-// "127.0.0.1" and "localhost" included, and remote launches rely on it. Only a machine whose own name is
-// "127.0.0.1" comes as far as the comparison with its domain name, and none gets past that.
+// How this machine is called and reached.
+struct LocalHost
+{
+    QString name;
+    QString domain;
+    QList<QHostAddress> addresses;
+};
+
+// Whether programs on `host` have to be started through remote desktop. Wanted: the comparisons are such that
+// the answer is true for every host, this machine's own names and addresses included; remote launches rely on
+// it.
 bool isRemoteHost(const QString& host);
+bool isRemoteHost(const QString& host, const LocalHost& local);
 
 } // namespace env

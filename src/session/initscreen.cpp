@@ -10,9 +10,10 @@
 
 namespace {
 
-constexpr int fieldWidth = 260;  // pixels; wide enough for the longest label's line and a long password
-constexpr int panelMargin = 32;  // pixels
-constexpr int spacerHeight = 16; // pixels
+constexpr int fieldWidth = 260; // pixels; wide enough for the longest label's line and a long password
+constexpr int panelMargin = 32; // pixels
+constexpr int spacing = 12;     // pixels between rows and between columns
+constexpr int spacerHeight = 8; // pixels
 
 void fillBackground(QWidget* widget, const QColor& color)
 {
@@ -94,6 +95,8 @@ QLabel* InitScreen::addLabel(const char* name, const QString& text)
 void InitScreen::fillForm(QFormLayout* form)
 {
     form->setContentsMargins(panelMargin, panelMargin, panelMargin, panelMargin);
+    form->setVerticalSpacing(spacing);
+    form->setHorizontalSpacing(spacing);
     form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 
     QLabel* const logo = addLabel("welcomeLogoLabel", QString());

@@ -51,7 +51,7 @@ bool askForPassword(TWClient* client, const QString& user)
         if (dialog.exec() != QDialog::Accepted)
             return false;
         const QString password = dialog.password();
-        env::setPassword(password);
+        env::setCredentialsPassword(password);
         if (client->login(user, password))
             return true;
         tell(QCoreApplication::translate("Desktop",
@@ -79,7 +79,7 @@ bool logIn(const std::function<bool()>& connectToServer)
     const QString user = QProcessEnvironment::systemEnvironment().value(QStringLiteral("USERNAME"));
     env::readWindowManagerBehaviour();
     env::logInfo(QStringLiteral("Starting session with user '%1'").arg(user));
-    env::setUserName(user);
+    env::setCredentialsUserName(user);
     qDebug("Settings file: %s", env::settingsPath().toUtf8().constData());
     if (env::serverPort() < 1)
         return true; // without a server

@@ -15,7 +15,6 @@ namespace simwin {
 void reset();
 
 // --- Calls
-// -----------------------------------------------------------------------------------------------------
 
 struct Call
 {
@@ -32,7 +31,6 @@ QList<QByteArray> callNames();
 void fail(const QByteArray& function, DWORD error, int times = -1);
 
 // --- The process
-// -----------------------------------------------------------------------------------------------
 
 // The process's command line; the ANSI code page is 1252.
 void setCommandLine(const QString& commandLine);
@@ -41,7 +39,6 @@ void setCommandLine(const QString& commandLine);
 int localBlocks();
 
 // --- The user
-// --------------------------------------------------------------------------------------------------
 
 // Whether the token has the local Administrators group.
 void setAdministrator(bool isAdministrator);

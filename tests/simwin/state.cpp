@@ -1,5 +1,7 @@
 #include "state.h"
 
+#include <cstdlib>
+
 namespace simwin {
 
 State& state()
@@ -27,6 +29,9 @@ void reset()
     windows.calls.clear();
     windows.failures.clear();
     windows.commandLine = {u'\0'};
+    for (void* const block : qAsConst(windows.localBlocks))
+        std::free(block);
+    windows.localBlocks.clear();
     windows.groups.clear();
 }
 

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QtGlobal>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,7 +15,8 @@ ForbiddenFolder::ForbiddenFolder(const QString& path)
     : m_path(QFile::encodeName(path))
     , m_wasRoot(geteuid() == 0)
 {
-    if (chmod(m_path, 0555) != 0 || (m_wasRoot && seteuid(nobody) != 0) || access(m_path, X_OK) != 0)
+    if (chmod(m_path, 0555) != 0 || (m_wasRoot && seteuid(nobody) != 0) ||
+        faccessat(AT_FDCWD, m_path, X_OK, AT_EACCESS) != 0)
         qFatal("cannot forbid writing to %s", m_path.constData());
     QFile file(path + QStringLiteral("/probe"));
     if (file.open(QIODevice::WriteOnly))

@@ -1,7 +1,7 @@
 // listwindows
 //
 // Prints one line for every visible top-level window, the foremost first: the program that it belongs to, its
-// class and its title, separated by tabs, in UTF-8.
+// class and its title, separated by tabs, in UTF-8. The last line is "end".
 #include <windows.h>
 
 #include <cstdio>
@@ -49,5 +49,7 @@ BOOL CALLBACK visit(HWND window, LPARAM)
 
 int main()
 {
-    EnumWindows(visit, 0);
+    if (!EnumWindows(visit, 0))
+        return 1;
+    std::puts("end");
 }

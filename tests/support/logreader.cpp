@@ -23,8 +23,9 @@ bool parseLogLine(const QString& line, LogEntry* entry)
     return true;
 }
 
-LogReader::LogReader(const QString& path)
+LogReader::LogReader(const QString& path, qint64 offset)
     : m_path(path)
+    , m_offset(offset)
 {}
 
 QList<LogEntry> LogReader::next()

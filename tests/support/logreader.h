@@ -20,7 +20,8 @@ bool parseLogLine(const QString& line, LogEntry* entry);
 class LogReader
 {
 public:
-    explicit LogReader(const QString& path);
+    // Passes over the file's first `offset` bytes.
+    explicit LogReader(const QString& path, qint64 offset = 0);
 
     // The entries that were completed since the last call. A file that does not exist yet has none; a line
     // that is no entry comes with an empty level and the line as its message.
@@ -32,6 +33,6 @@ public:
 
 private:
     QString m_path;
-    qint64 m_offset = 0;
+    qint64 m_offset;
     QList<LogEntry> m_pending; // read but not asked for yet
 };

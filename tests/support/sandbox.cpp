@@ -12,7 +12,8 @@ Sandbox::Sandbox()
         qFatal("no temporary folder: %s", qPrintable(m_folder.errorString()));
     // Forbidden folders are tried out as another user.
     QFile::setPermissions(m_folder.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
-                                               QFile::ReadOther | QFile::ExeOther);
+                                               QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther |
+                                               QFile::ExeOther);
     const QDir folder(m_folder.path());
     folder.mkpath(QStringLiteral("home"));
     folder.mkpath(QStringLiteral("scratch"));

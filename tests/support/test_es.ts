@@ -7,5 +7,9 @@
         <source>Suspend session</source>
         <translation>Suspender sesión</translation>
     </message>
+    <message>
+        <source>Server connection</source>
+        <translation>Conexión con el servidor</translation>
+    </message>
 </context>
 </TS>

@@ -1,6 +1,8 @@
 #include "support/winesession.h"
 
 #include <QDir>
+#include <QElapsedTimer>
+#include <QThread>
 
 namespace {
 
@@ -105,7 +107,44 @@ QStringList WineSession::windows()
     process.waitForFinished(60000);
     QString output = QString::fromUtf8(process.readAllStandardOutput());
     output.remove(QLatin1Char('\r'));
-    return output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QStringList lines = output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    if (lines.isEmpty() || lines.takeLast() != QLatin1String("end"))
+        return {"failed"};
+    return lines;
+}
+
+bool WineSession::waitForWindow(const QString& program, const QString& title, QStringList* last)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < 60000) {
+        const QStringList found = windows();
+        if (last)
+            *last = found;
+        const QStringList front = found.value(0).split(QLatin1Char('\t'));
+        if (front.value(0) == program && front.value(2) == title)
+            return true;
+        QThread::msleep(100);
+    }
+    return false;
+}
+
+void WineSession::type(const QString& text)
+{
+    keyboard({"type", "--delay", "20", text});
+}
+
+void WineSession::press(const QString& key)
+{
+    keyboard({"key", key});
+}
+
+void WineSession::keyboard(const QStringList& arguments)
+{
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    process.start(QStringLiteral("xdotool"), arguments);
+    process.waitForFinished(60000);
 }
 
 QImage WineSession::screenshot(const QString& name)

@@ -35,13 +35,24 @@ public:
                     const QStringList& variables = QStringList());
     void startShellAsAdministrator(QProcess& process);
 
-    // The visible windows, the foremost first: "program\tclass\ttitle".
+    // The visible windows, the foremost first: "program\tclass\ttitle". One line "failed" when they could
+    // not be listed.
     QStringList windows();
+
+    // Waits until a window of `program` with this title is in front; `last`, when given, gets the windows of
+    // the last look.
+    bool waitForWindow(const QString& program, const QString& title, QStringList* last = nullptr);
+
+    // Types on the keyboard: text, or one key by its X11 name ("Return", "Escape", "alt+F4").
+    void type(const QString& text);
+    void press(const QString& key);
 
     // What the screen shows; also kept as build/e2e/STORY-NAME.png.
     QImage screenshot(const QString& name);
 
 private:
+    void keyboard(const QStringList& arguments);
+
     QString m_story;
     QProcess m_session;
     QProcessEnvironment m_environment;

@@ -2,8 +2,8 @@
 //
 // A stand-in for the central server, for people: it answers from FILE (JSON), and says on standard output who
 // connected, what was asked and what it answered. KIND is late, silent, cut, split, toolong, refused or
-// close; COMMAND is a command word ("login?", "_byteArray_get_application_icon?") or "*". Ends with its
-// standard input or on a signal.
+// close; COMMAND is a command word ("login?", "_byteArray_get_application_icon?") or "*". Ends on a
+// signal.
 #include "support/twserver/twserver.h"
 
 #include <QCommandLineParser>
@@ -60,7 +60,7 @@ void print(const TwEvent& event)
 
 int main(int argc, char** argv)
 {
-    QCoreApplication application(argc, argv);
+    const QCoreApplication application(argc, argv);
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("A stand-in for the central server."));
     parser.addHelpOption();
@@ -96,7 +96,5 @@ int main(int argc, char** argv)
     }
     std::printf("twserver: listening on 127.0.0.1, port %d\n", server.port());
     std::fflush(stdout);
-    while (std::getchar() != EOF) {
-    }
-    return 0;
+    return QCoreApplication::exec();
 }

@@ -20,7 +20,8 @@ QString refusal(const char* reason)
 QStringList strings(const QJsonValue& value)
 {
     QStringList list;
-    for (const QJsonValue& entry : value.toArray())
+    const QJsonArray array = value.toArray();
+    for (const auto& entry : array)
         list.append(entry.toString());
     return list;
 }
@@ -55,13 +56,15 @@ bool TwData::load(const QString& path, QString* error)
         servers.insert(it.key(), {object.value(QLatin1String("address")).toString(),
                                   object.value(QLatin1String("type")).toString()});
     }
-    for (const QJsonValue& value : root.value(QLatin1String("groups")).toArray()) {
+    const QJsonArray groupsArray = root.value(QLatin1String("groups")).toArray();
+    for (const auto& value : groupsArray) {
         const QJsonObject object = value.toObject();
         groups.append({object.value(QLatin1String("id")).toString(),
                        object.value(QLatin1String("name")).toString(),
                        strings(object.value(QLatin1String("applications")))});
     }
-    for (const QJsonValue& value : root.value(QLatin1String("applications")).toArray()) {
+    const QJsonArray applicationsArray = root.value(QLatin1String("applications")).toArray();
+    for (const auto& value : applicationsArray) {
         const QJsonObject object = value.toObject();
         const QString id = object.value(QLatin1String("id")).toString();
         Application application;
@@ -85,7 +88,8 @@ bool TwData::load(const QString& path, QString* error)
     }
     valid =
         root.contains(QLatin1String("valid")) ? strings(root.value(QLatin1String("valid"))) : applicationIds;
-    for (const QJsonValue& value : root.value(QLatin1String("extensions")).toArray()) {
+    const QJsonArray extensionsArray = root.value(QLatin1String("extensions")).toArray();
+    for (const auto& value : extensionsArray) {
         const QJsonObject object = value.toObject();
         extensions.append({object.value(QLatin1String("extension")).toString(),
                            object.value(QLatin1String("type")).toString(),

@@ -185,6 +185,25 @@ private slots:
         QCOMPARE(Sandbox::readFile(env::tokenPath()), content);
     }
 
+    void aHomeThatCannotBeWrittenLosesOnlyTheLogsFile()
+    {
+        m_environment.insert(QStringLiteral("HOME"), QStringLiteral("/proc")); // not even by root
+        start();
+        const QStringList lines = debugOutputUpToTheFirstEntry();
+        QVERIFY2(lines.value(0).endsWith(QLatin1String(" - Info: Calling manager")),
+                 qPrintable(lines.value(0)));
+        QCOMPARE(m_program.state(), QProcess::Running);
+    }
+
+    void settingsThatCannotBeReadMeanNoServer()
+    {
+        // A file that is there and fails on every read, for root too.
+        QVERIFY(QFile::link(QStringLiteral("/proc/self/mem"), env::settingsPath()));
+        start();
+        QVERIFY(LogReader(env::logPath()).waitFor(QStringLiteral("Starting session with user"), 30000));
+        QCOMPARE(m_program.state(), QProcess::Running);
+    }
+
     void foldersInTheFilesPlacesDoNotKeepTheShellFromStarting()
     {
         for (const QString& path : {env::settingsPath(), env::credentialsPath(), env::tokenPath(),

@@ -13,8 +13,8 @@ private slots:
     void init()
     {
         QuilletTest::init();
-        env::setUserName(QString());
-        env::setPassword(QString());
+        env::setCredentialsUserName(QString());
+        env::setCredentialsPassword(QString());
     }
 
     void theUserNameIsUSER()
@@ -23,6 +23,14 @@ private slots:
         sandbox().setVariable("USERNAME", "clerk");
         QCOMPARE(env::userName(), QStringLiteral("ada"));
         QCOMPARE(debugOutput(), QStringList("Full username: ada"));
+    }
+
+    void theDebugOutputHasTheNameInUtf8()
+    {
+        const QString name = QString::fromUtf8("señora");
+        sandbox().setVariable("USERNAME", name.toLocal8Bit());
+        QCOMPARE(env::userName(), name);
+        QCOMPARE(debugOutput(), QStringList(QStringLiteral("Full username: ") + name));
     }
 
     void withoutUSERItIsUSERNAME()
@@ -51,13 +59,13 @@ private slots:
     {
         sandbox().setVariable("USER", QByteArray());
         sandbox().setVariable("USERNAME", QByteArray());
-        env::setUserName(QStringLiteral("set before"));
+        env::setCredentialsUserName(QStringLiteral("set before"));
         QCOMPARE(env::userName(), QStringLiteral("set before"));
     }
 
     void theEnvironmentIsAskedBeforeTheCache()
     {
-        env::setUserName(QStringLiteral("set before"));
+        env::setCredentialsUserName(QStringLiteral("set before"));
         QCOMPARE(env::userName(), QStringLiteral("clerk"));
     }
 
@@ -150,19 +158,19 @@ private slots:
     void settersReplaceTheCacheAndSpareTheFile()
     {
         sandbox().writeCredentials("ada\nsecret\n");
-        env::setUserName(QStringLiteral("set"));
-        env::setPassword(QStringLiteral("changed"));
+        env::setCredentialsUserName(QStringLiteral("set"));
+        env::setCredentialsPassword(QStringLiteral("changed"));
         QCOMPARE(env::credentialsUserName(), QStringLiteral("set"));
         QCOMPARE(env::credentialsPassword(), QStringLiteral("changed"));
-        env::setPassword(QStringLiteral("again"));
+        env::setCredentialsPassword(QStringLiteral("again"));
         QCOMPARE(env::credentialsPassword(), QStringLiteral("again"));
         QCOMPARE(Sandbox::readFile(env::credentialsPath()), QByteArray("ada\nsecret\n"));
     }
 
     void anEmptyNameThatIsSetSendsTheNextRequestToTheFile()
     {
-        env::setUserName(QStringLiteral("set"));
-        env::setUserName(QString());
+        env::setCredentialsUserName(QStringLiteral("set"));
+        env::setCredentialsUserName(QString());
         sandbox().writeCredentials("ada\n");
         QCOMPARE(env::credentialsUserName(), QStringLiteral("ada"));
     }

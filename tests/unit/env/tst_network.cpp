@@ -13,7 +13,7 @@ private slots:
     void theHomeShareIsServerAndCredentialsUser()
     {
         sandbox().writeSettings("SambaServer=files\n");
-        env::setUserName(QStringLiteral("ada"));
+        env::setCredentialsUserName(QStringLiteral("ada"));
         QCOMPARE(env::homeSharePath(), QStringLiteral("\\\\files\\ada"));
     }
 
@@ -21,13 +21,13 @@ private slots:
     {
         sandbox().writeSettings("SambaServer=files\n");
         sandbox().writeCredentials("bob\nsecret\n");
-        env::setUserName(QString());
+        env::setCredentialsUserName(QString());
         QCOMPARE(env::homeSharePath(), QStringLiteral("\\\\files\\bob"));
     }
 
     void theHomeShareWithoutAnythingIsThreeBackslashes()
     {
-        env::setUserName(QString());
+        env::setCredentialsUserName(QString());
         QCOMPARE(env::homeSharePath(), QStringLiteral("\\\\\\"));
     }
 
@@ -59,6 +59,45 @@ private slots:
     {
         QFETCH(QString, host);
         QVERIFY(env::isRemoteHost(host));
+    }
+
+    // Whatever this machine is called: even one named like its own loopback address is remote to itself,
+    // because its name with the domain is longer than its name.
+    void everyHostIsRemoteWhateverTheMachineIsCalled_data()
+    {
+        QTest::addColumn<QString>("host");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("domain");
+        QTest::newRow("own name") << "desk"
+                                  << "desk"
+                                  << "office.example";
+        QTest::newRow("own name in other case") << "DESK"
+                                                << "desk"
+                                                << "";
+        QTest::newRow("own name with domain") << "desk.office.example"
+                                              << "desk"
+                                              << "office.example";
+        QTest::newRow("loopback, named otherwise") << "127.0.0.1"
+                                                   << "desk"
+                                                   << "office.example";
+        QTest::newRow("loopback, named so") << "127.0.0.1"
+                                            << "127.0.0.1"
+                                            << "";
+        QTest::newRow("loopback, named so, with a domain") << "127.0.0.1"
+                                                           << "127.0.0.1"
+                                                           << "office.example";
+        QTest::newRow("loopback in two parts") << "127.0.0.1"
+                                               << "127.0.0"
+                                               << "1";
+    }
+    void everyHostIsRemoteWhateverTheMachineIsCalled()
+    {
+        QFETCH(QString, host);
+        QFETCH(QString, name);
+        QFETCH(QString, domain);
+        for (const QString& address : {QStringLiteral("127.0.0.1"), QStringLiteral("10.0.0.5")})
+            QVERIFY(env::isRemoteHost(host, {name, domain, {QHostAddress(address)}}));
+        QVERIFY(env::isRemoteHost(host, {name, domain, {}}));
     }
 };
 

@@ -15,6 +15,13 @@ private slots:
         QCOMPARE(env::settingsPath(), QStringLiteral("C:\\Program Files\\Tidewell Desktop\\quillet.ini"));
     }
 
+    void settingsPathTakesTheVariableInTheSystemsEncoding()
+    {
+        const QString folder = QString::fromUtf8("C:\\Aplicación");
+        sandbox().setVariable("PROGRAMW6432", folder.toLocal8Bit());
+        QCOMPARE(env::settingsPath(), folder + QStringLiteral("\\Tidewell Desktop\\quillet.ini"));
+    }
+
     void settingsPathWithoutVariableIsRelativeToTheDrive()
     {
         sandbox().setVariable("PROGRAMW6432", QByteArray());

@@ -40,9 +40,15 @@ private slots:
 
     void withoutProgramFilesEverythingReadsEmptyAndThePortIsZero()
     {
-        sandbox().writeSettings("[Server]\nTidewellServerPort=8000\n");
+        sandbox().writeSettings(
+            "SambaServer=files\nChrootEnvironment=1\n[Server]\nTidewellServerPort=8000\n");
         sandbox().setVariable("PROGRAMW6432", QByteArray());
-        QCOMPARE(env::readSetting(QLatin1String(env::key::serverPort)), QString());
+        for (const char* key :
+             {env::key::serverPort, env::key::serverAddress, env::key::windowManagerBehaviour,
+              env::key::sambaServer, env::key::sambaSharedPath, env::key::sambaDomain,
+              env::key::chrootEnvironment})
+            QCOMPARE(env::readSetting(QLatin1String(key)), QString());
+        QVERIFY(!env::readBooleanSetting(QLatin1String(env::key::chrootEnvironment)));
         QCOMPARE(env::serverPort(), 0);
     }
 

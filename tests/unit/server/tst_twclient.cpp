@@ -63,7 +63,6 @@ private slots:
     }
 
     // --- Connecting
-    // ---------------------------------------------------------------------------------------------
 
     void unconnectedClientDoesNotConnectByItself()
     {
@@ -125,7 +124,7 @@ private slots:
         QList<int> fillers;
         for (int i = 0; i < 4; ++i) {
             fillers.append(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0));
-            ::connect(fillers.last(), reinterpret_cast<sockaddr*>(&address), size);
+            (void)::connect(fillers.last(), reinterpret_cast<sockaddr*>(&address), size);
         }
         configure(ntohs(address.sin_port));
         QElapsedTimer timer;
@@ -151,7 +150,6 @@ private slots:
     }
 
     // --- Login
-    // --------------------------------------------------------------------------------------------------
 
     void loginSendsUserAndPasswordInClearText()
     {
@@ -198,7 +196,6 @@ private slots:
     }
 
     // --- Text exchange
-    // ------------------------------------------------------------------------------------------
 
     void aTextCommandIsSentBareAndUnterminated()
     {
@@ -293,7 +290,6 @@ private slots:
     }
 
     // --- Byte arrays
-    // --------------------------------------------------------------------------------------------
 
     void aByteArrayCommandCarriesItsPrefix()
     {
@@ -437,7 +433,6 @@ private slots:
     }
 
     // --- Farewell
-    // -----------------------------------------------------------------------------------------------
 
     void theFarewellIsQuitAndItsReplyIsAwaited()
     {

@@ -102,7 +102,7 @@ private slots:
     void init()
     {
         QuilletTest::init();
-        env::setPassword(QString());
+        env::setCredentialsPassword(QString());
         m_answers = std::make_unique<ModalAnswerer>();
         m_server = std::make_unique<TwServer>();
         m_server->data.users.insert(QStringLiteral("clerk"),
@@ -127,7 +127,6 @@ private slots:
     }
 
     // --- Without a server
-    // ---------------------------------------------------------------------------------------
 
     void aPortBelowOneMeansNoServer_data()
     {
@@ -159,7 +158,6 @@ private slots:
     }
 
     // --- Who the user is
-    // ----------------------------------------------------------------------------------------
 
     void theUserIsUSERNAMEAndBecomesTheCachedName()
     {
@@ -167,7 +165,7 @@ private slots:
         sandbox().setVariable("USER", "somebody else");
         sandbox().setVariable("USERNAME", "señora");
         sandbox().writeCredentials("from the file\n");
-        env::setUserName(QString());
+        env::setCredentialsUserName(QString());
         startSession();
         QCOMPARE(logEntries(), QStringList(QString::fromUtf8("Info: Starting session with user 'señora'")));
         QCOMPARE(env::credentialsUserName(), QString::fromUtf8("señora"));
@@ -184,7 +182,6 @@ private slots:
     }
 
     // --- The first start
-    // ----------------------------------------------------------------------------------------
 
     void thePasswordIsAskedForAndTheTokenKept()
     {
@@ -335,7 +332,6 @@ private slots:
     }
 
     // --- The token
-    // ----------------------------------------------------------------------------------------------
 
     void tokensSurviveTheFile_data()
     {
@@ -420,7 +416,6 @@ private slots:
     }
 
     // --- The server
-    // ---------------------------------------------------------------------------------------------
 
     void aServerThatIsNotThereEndsTheSession()
     {
@@ -465,7 +460,6 @@ private slots:
     }
 
     // --- The end
-    // ------------------------------------------------------------------------------------------------
 
     void theEndTellsTheServerRestoresTheTaskBarAndLogsOff()
     {

@@ -108,6 +108,15 @@ private slots:
         QCOMPARE(process.readAllStandardOutput(), QByteArray("early\nlate\n"));
     }
 
+    void theToolPassesOverWhatWasThereBefore()
+    {
+        append("Tue Jul 5 14:03:07 2016 - Info: Calling manager\n");
+        const QString size = QString::number(QFileInfo(env::logPath()).size());
+        QCOMPARE(logwait({env::logPath(), "Calling manager", "0", size}), 1);
+        append("Tue Jul 5 14:03:08 2016 - Info: Calling manager\n");
+        QCOMPARE(logwait({env::logPath(), "Calling manager", "0", size}), 0);
+    }
+
     void theToolGivesUp() { QCOMPARE(logwait({env::logPath(), "never", "0"}), 1); }
 
     void theToolRefusesAWrongCall_data()
@@ -118,7 +127,9 @@ private slots:
         QTest::newRow("empty text") << QStringList({"file", ""});
         QTest::newRow("no number") << QStringList({"file", "text", "soon"});
         QTest::newRow("negative") << QStringList({"file", "text", "-1"});
-        QTest::newRow("too much") << QStringList({"file", "text", "1", "2"});
+        QTest::newRow("offset is no number") << QStringList({"file", "text", "1", "x"});
+        QTest::newRow("negative offset") << QStringList({"file", "text", "1", "-1"});
+        QTest::newRow("too much") << QStringList({"file", "text", "1", "2", "3"});
     }
     void theToolRefusesAWrongCall()
     {

@@ -27,7 +27,7 @@ struct LibraryDeleter
 
 } // namespace
 
-class ProgramTest : public QuilletTest
+class ExecutableTest : public QuilletTest
 {
     Q_OBJECT
 
@@ -108,5 +108,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ProgramTest)
-#include "tst_program.moc"
+QTEST_GUILESS_MAIN(ExecutableTest)
+#include "tst_executable.moc"

@@ -1,0 +1,191 @@
+// The shipped program on Windows, and how its user gets in. The server is the stand-in, the keyboard is real.
+#include "support/logreader.h"
+#include "support/sandbox.h"
+#include "support/twserver/twserver.h"
+#include "support/winesession.h"
+
+#include <QDir>
+#include <QtTest>
+
+namespace {
+
+const QString shellProgram = QStringLiteral("quillet.exe");
+const QString dialogTitle = QStringLiteral("Dialog");
+const QString boxTitle = QStringLiteral("Server connection");
+
+// A server that lets everybody in with the password "tide", and gives the token "a,b;c".
+class Server : public TwServer
+{
+public:
+    Server() { data.users.insert(QStringLiteral("*"), {QStringLiteral("tide"), QStringLiteral("a,b;c")}); }
+};
+
+} // namespace
+
+class LoginStory : public QObject
+{
+    Q_OBJECT
+
+    static void configure(const WineSession& session, int port)
+    {
+        const QString folder = session.driveC() + QStringLiteral("/Program Files/Tidewell Desktop");
+        QVERIFY(QDir().mkpath(folder));
+        Sandbox::writeFile(folder + QStringLiteral("/quillet.ini"),
+                           "[Server]\nTidewellServerAddress=127.0.0.1\nTidewellServerPort=" +
+                               QByteArray::number(port) + "\n");
+    }
+
+    // The log's entries without their dates.
+    static QStringList log(const WineSession& session)
+    {
+        QStringList entries;
+        for (const LogEntry& entry : LogReader(session.home() + QStringLiteral("/.quillet.log")).next())
+            entries.append(entry.level + QLatin1String(": ") + entry.message);
+        return entries;
+    }
+
+    // Another program of the session. Wine's log-off ends the programs that have a window, so it shows that
+    // the user was logged off; the shell, which has none then, is left to itself, as it is not on Windows.
+    static void startWitness(WineSession& session, QProcess& witness)
+    {
+        QStringList windows;
+        session.start(witness, QStringLiteral("winemine"));
+        QVERIFY2(session.waitForWindow(QStringLiteral("winemine.exe"), QStringLiteral("WineMine"), &windows),
+                 qPrintable(windows.join('\n')));
+    }
+
+    static QString tokenFile(const WineSession& session)
+    {
+        return session.home() + QStringLiteral("/.tidewell.ini");
+    }
+
+private slots:
+    // A nurse logs in for the first time, with a slip of the fingers. The next morning the shell knows her.
+    void theFirstStartAsksForThePasswordAndTheSecondDoesNot()
+    {
+        Server server;
+        QVERIFY(server.start());
+        WineSession session(QStringLiteral("login"));
+        QVERIFY2(session.isRunning(), qPrintable(session.error()));
+        configure(session, server.port());
+        QStringList windows;
+        {
+            QProcess shell;
+            session.startShell(shell);
+            QVERIFY2(session.waitForWindow(shellProgram, dialogTitle, &windows),
+                     qPrintable(windows.join('\n')));
+            session.screenshot(QStringLiteral("dialog"));
+            session.type(QStringLiteral("tied"));
+            session.press(QStringLiteral("Return"));
+            QVERIFY2(session.waitForWindow(shellProgram, boxTitle, &windows), qPrintable(windows.join('\n')));
+            session.screenshot(QStringLiteral("wrong-password"));
+            session.press(QStringLiteral("Return"));
+            QVERIFY2(session.waitForWindow(shellProgram, dialogTitle, &windows),
+                     qPrintable(windows.join('\n')));
+            session.screenshot(QStringLiteral("again"));
+            session.type(QStringLiteral("tide")); // replaces the wrong one
+            session.press(QStringLiteral("Return"));
+            QVERIFY(server.waitFor(TwEvent::Reply, "Session started", 60000));
+            QVERIFY(!shell.waitForFinished(1000)); // in the session
+            session.screenshot(QStringLiteral("session"));
+            shell.kill();
+            shell.waitForFinished();
+        }
+        const QByteArray name = server.requests().value(0).mid(6).split('&').value(0);
+        QCOMPARE(server.requests(),
+                 QList<QByteArray>({"login?" + name + "&&tied\n", "login?" + name + "&&tide\n",
+                                    "activate_user?" + name, "start_session"}));
+        QCOMPARE(Sandbox::readFile(tokenFile(session)), QByteArray("[General]\r\nUserToken=\"a,b;c\"\r\n"));
+        const QStringList firstDay = {
+            QStringLiteral("Info: Calling manager"),
+            QStringLiteral("Info: Starting session with user '%1'").arg(QString(name)),
+            QStringLiteral("Info: Session started")};
+        QCOMPARE(log(session), firstDay);
+
+        QProcess shell;
+        session.startShell(shell);
+        QTRY_COMPARE_WITH_TIMEOUT(server.requests().size(), 6, 60000);
+        QCOMPARE(server.requests().mid(4),
+                 QList<QByteArray>({"login?" + name + "&&a,b;c\n", "start_session"}));
+        QTRY_COMPARE_WITH_TIMEOUT(log(session), firstDay + firstDay, 60000);
+        for (const QString& window : session.windows())
+            QVERIFY2(!window.endsWith(dialogTitle), qPrintable(window));
+        shell.kill();
+        shell.waitForFinished();
+    }
+
+    // The token was revoked: a message, and the Windows session ends.
+    void aRefusedTokenEndsTheWindowsSession()
+    {
+        Server server;
+        QVERIFY(server.start());
+        WineSession session(QStringLiteral("stale-token"));
+        QVERIFY2(session.isRunning(), qPrintable(session.error()));
+        configure(session, server.port());
+        Sandbox::writeFile(tokenFile(session), "[General]\nUserToken=stale\n");
+        QProcess witness;
+        startWitness(session, witness);
+        QProcess shell;
+        session.startShell(shell);
+        QStringList windows;
+        QVERIFY2(session.waitForWindow(shellProgram, boxTitle, &windows), qPrintable(windows.join('\n')));
+        session.screenshot(QStringLiteral("refused"));
+        session.press(QStringLiteral("Return"));
+        QVERIFY(witness.waitForFinished(60000)); // the user was logged off
+        QVERIFY(server.requests().value(0).endsWith("&&stale\n"));
+        QCOMPARE(server.requests().mid(1), QList<QByteArray>({"end_session", "quit\n"}));
+        QCOMPARE(Sandbox::readFile(tokenFile(session)), QByteArray("[General]\nUserToken=stale\n"));
+    }
+
+    void aServerThatIsNotThereEndsTheWindowsSession()
+    {
+        Server server;
+        QVERIFY(server.start());
+        const int port = server.port();
+        server.stop();
+        WineSession session(QStringLiteral("no-server"));
+        QVERIFY2(session.isRunning(), qPrintable(session.error()));
+        configure(session, port);
+        QProcess witness;
+        startWitness(session, witness);
+        QProcess shell;
+        session.startShell(shell);
+        QStringList windows;
+        QVERIFY2(session.waitForWindow(shellProgram, boxTitle, &windows), qPrintable(windows.join('\n')));
+        session.screenshot(QStringLiteral("message"));
+        session.press(QStringLiteral("Return"));
+        QVERIFY(witness.waitForFinished(60000));
+        QCOMPARE(log(session).last(), QStringLiteral("Error: Cannot connect to twserver"));
+        QVERIFY(!QFile::exists(tokenFile(session)));
+    }
+
+    void escapeInTheDialogEndsTheWindowsSession()
+    {
+        Server server;
+        QVERIFY(server.start());
+        WineSession session(QStringLiteral("cancel"), 1024, 768);
+        QVERIFY2(session.isRunning(), qPrintable(session.error()));
+        configure(session, server.port());
+        QProcess witness;
+        startWitness(session, witness);
+        QProcess shell;
+        session.startShell(shell);
+        QStringList windows;
+        QVERIFY2(session.waitForWindow(shellProgram, dialogTitle, &windows), qPrintable(windows.join('\n')));
+        session.screenshot(QStringLiteral("dialog"));
+        session.press(QStringLiteral("Return")); // with nothing typed
+        QVERIFY2(session.waitForWindow(shellProgram, QStringLiteral("Empty password"), &windows),
+                 qPrintable(windows.join('\n')));
+        session.screenshot(QStringLiteral("empty"));
+        session.press(QStringLiteral("Return"));
+        QVERIFY2(session.waitForWindow(shellProgram, dialogTitle, &windows), qPrintable(windows.join('\n')));
+        session.press(QStringLiteral("Escape"));
+        QVERIFY(witness.waitForFinished(60000));
+        QCOMPARE(server.requests(), QList<QByteArray>({"end_session", "quit\n"}));
+        QCOMPARE(log(session).last(), QStringLiteral("Info: Session ended"));
+        QVERIFY(!QFile::exists(tokenFile(session)));
+    }
+};
+
+QTEST_GUILESS_MAIN(LoginStory)
+#include "tst_login.moc"
