@@ -3,13 +3,14 @@
 # to build.
 
 .DEFAULT_GOAL := help
-.PHONY: help run test test-native windows format format-check lint icons clean
+.PHONY: help run test test-native bench windows format format-check lint icons clean
 
 help:
 	@echo "make run          build the shell and start it under Wine, with a stand-in server (SERVER=none: without one;"
 	@echo "                  HEADLESS=1: no display, take a screenshot)"
 	@echo "make test         every test: native with sanitizers, for Windows under Wine, whole stories"
 	@echo "make test-native  the native tests only: the quick loop"
+	@echo "make bench        what things cost, beside the bare calls"
 	@echo "make windows      the product, as a folder: build/windows/dist"
 	@echo "make format       lay the sources out;  make lint: look for mistakes"
 	@echo "make icons        render the pictures anew from their SVG sources"
@@ -35,6 +36,13 @@ test-native:
 	@tools/setup build
 	@tools/build native
 	@ctest --test-dir build/native --output-on-failure -j 2 -L unit
+
+bench:
+	@echo "make bench: building for measuring and measuring (2 minutes from scratch; 16 the first time)"
+	@tools/setup build windows wine
+	@tools/build bench benches
+	@tools/build windows dist benches
+	@tools/bench
 
 windows:
 	@echo "make windows: building the product (1 minute from scratch; 15 the first time)"

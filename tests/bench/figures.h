@@ -1,0 +1,19 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+// Times of one action and of the bare calls that it cannot do without, taken in turn so that both meet the
+// same machine.
+struct Figures
+{
+    std::vector<double> ours; // microseconds
+    std::vector<double> bare;
+};
+
+// Runs both `runs` times, a few of each uncounted first.
+Figures measure(int runs, const std::function<void()>& ours, const std::function<void()>& bare);
+
+void printHeader();
+// One line: median and 99th percentile of each, and the ratio of the medians.
+void printLine(const char* name, const Figures& figures);
