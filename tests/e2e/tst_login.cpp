@@ -44,16 +44,6 @@ class LoginStory : public QObject
         return entries;
     }
 
-    // Another program of the session. Wine's log-off ends the programs that have a window, so it shows that
-    // the user was logged off; the shell, which has none then, is left to itself, as it is not on Windows.
-    static void startWitness(WineSession& session, QProcess& witness)
-    {
-        QStringList windows;
-        session.start(witness, QStringLiteral("winemine"));
-        QVERIFY2(session.waitForWindow(QStringLiteral("winemine.exe"), QStringLiteral("WineMine"), &windows),
-                 qPrintable(windows.join('\n')));
-    }
-
     static QString tokenFile(const WineSession& session)
     {
         return session.home() + QStringLiteral("/.tidewell.ini");
@@ -88,8 +78,7 @@ private slots:
             QVERIFY(server.waitFor(TwEvent::Reply, "Session started", 60000));
             QVERIFY(!shell.waitForFinished(1000)); // in the session
             session.screenshot(QStringLiteral("session"));
-            shell.kill();
-            shell.waitForFinished();
+            session.killShell(shell);
         }
         const QByteArray name = server.requests().value(0).mid(6).split('&').value(0);
         QCOMPARE(server.requests(),
@@ -110,8 +99,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(log(session), firstDay + firstDay, 60000);
         for (const QString& window : session.windows())
             QVERIFY2(!window.endsWith(dialogTitle), qPrintable(window));
-        shell.kill();
-        shell.waitForFinished();
+        session.killShell(shell);
     }
 
     // The token was revoked: a message, and the Windows session ends.
@@ -123,15 +111,13 @@ private slots:
         QVERIFY2(session.isRunning(), qPrintable(session.error()));
         configure(session, server.port());
         Sandbox::writeFile(tokenFile(session), "[General]\nUserToken=stale\n");
-        QProcess witness;
-        startWitness(session, witness);
         QProcess shell;
         session.startShell(shell);
         QStringList windows;
         QVERIFY2(session.waitForWindow(shellProgram, boxTitle, &windows), qPrintable(windows.join('\n')));
         session.screenshot(QStringLiteral("refused"));
         session.press(QStringLiteral("Return"));
-        QVERIFY(witness.waitForFinished(60000)); // the user was logged off
+        QVERIFY(shell.waitForFinished(60000)); // the user was logged off
         QVERIFY(server.requests().value(0).endsWith("&&stale\n"));
         QCOMPARE(server.requests().mid(1), QList<QByteArray>({"end_session", "quit\n"}));
         QCOMPARE(Sandbox::readFile(tokenFile(session)), QByteArray("[General]\nUserToken=stale\n"));
@@ -146,15 +132,13 @@ private slots:
         WineSession session(QStringLiteral("no-server"));
         QVERIFY2(session.isRunning(), qPrintable(session.error()));
         configure(session, port);
-        QProcess witness;
-        startWitness(session, witness);
         QProcess shell;
         session.startShell(shell);
         QStringList windows;
         QVERIFY2(session.waitForWindow(shellProgram, boxTitle, &windows), qPrintable(windows.join('\n')));
         session.screenshot(QStringLiteral("message"));
         session.press(QStringLiteral("Return"));
-        QVERIFY(witness.waitForFinished(60000));
+        QVERIFY(shell.waitForFinished(60000));
         QCOMPARE(log(session).last(), QStringLiteral("Error: Cannot connect to twserver"));
         QVERIFY(!QFile::exists(tokenFile(session)));
     }
@@ -166,8 +150,6 @@ private slots:
         WineSession session(QStringLiteral("cancel"), 1024, 768);
         QVERIFY2(session.isRunning(), qPrintable(session.error()));
         configure(session, server.port());
-        QProcess witness;
-        startWitness(session, witness);
         QProcess shell;
         session.startShell(shell);
         QStringList windows;
@@ -180,7 +162,7 @@ private slots:
         session.press(QStringLiteral("Return"));
         QVERIFY2(session.waitForWindow(shellProgram, dialogTitle, &windows), qPrintable(windows.join('\n')));
         session.press(QStringLiteral("Escape"));
-        QVERIFY(witness.waitForFinished(60000));
+        QVERIFY(shell.waitForFinished(60000));
         QCOMPARE(server.requests(), QList<QByteArray>({"end_session", "quit\n"}));
         QCOMPARE(log(session).last(), QStringLiteral("Info: Session ended"));
         QVERIFY(!QFile::exists(tokenFile(session)));

@@ -39,6 +39,7 @@ private slots:
         QCOMPARE(session.screenshot(QStringLiteral("shell")).size(), QSize(1280, 800));
         for (const QString& window : session.windows())
             QVERIFY2(window.startsWith(QLatin1String("quillet.exe\t")), qPrintable(window));
+        session.killShell(shell);
     }
 
     // An administrator logs on: the ordinary desktop comes up and the shell is gone.
@@ -83,6 +84,7 @@ private slots:
         QCOMPARE(Sandbox::readFile(session.home() + QStringLiteral("/.credentials")), noise);
         QCOMPARE(Sandbox::readFile(session.home() + QStringLiteral("/.tidewell.ini")), noise);
         QVERIFY(QDir(session.home() + QStringLiteral("/.quillet.log/folder")).exists());
+        session.killShell(shell);
     }
 
     // The folder is all that a Windows without Qt needs.

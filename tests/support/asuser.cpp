@@ -3,6 +3,9 @@
 // Runs PROGRAM as the current user without the rights of the Administrators group, as on a server where only
 // administrators have them; the default user under Wine is one. Ends when PROGRAM does, with its exit code;
 // 125 when PROGRAM could not be started.
+//
+// When the user is logged off, Windows ends every program of the session, Wine only those that have a window.
+// Therefore this program has one, though nobody sees it, and ends PROGRAM then.
 #include <windows.h>
 
 #include <cstdio>
@@ -28,6 +31,32 @@ std::wstring restOfCommandLine()
     while (*at == L' ')
         ++at;
     return at;
+}
+
+HANDLE g_process = nullptr; // PROGRAM
+
+LRESULT CALLBACK handleMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_ENDSESSION && wParam)
+        TerminateProcess(g_process, 0);
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+void waitFor(HANDLE process)
+{
+    g_process = process;
+    WNDCLASSW windowClass = {};
+    windowClass.lpfnWndProc = handleMessage;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.lpszClassName = L"asuser";
+    RegisterClassW(&windowClass);
+    CreateWindowW(L"asuser", L"", WS_OVERLAPPED, 0, 0, 0, 0, nullptr, nullptr, windowClass.hInstance,
+                  nullptr);
+    while (MsgWaitForMultipleObjects(1, &process, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessageW(&message);
+    }
 }
 
 } // namespace
@@ -64,7 +93,7 @@ int main()
     if (!CreateProcessAsUserW(restricted, nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr,
                               nullptr, &startup, &process))
         return fail("CreateProcessAsUserW");
-    WaitForSingleObject(process.hProcess, INFINITE);
+    waitFor(process.hProcess);
     DWORD exitCode = 125;
     GetExitCodeProcess(process.hProcess, &exitCode);
     CloseHandle(process.hThread);

@@ -100,6 +100,14 @@ void WineSession::startShellAsAdministrator(QProcess& process)
     start(process, QStringLiteral("quillet.exe"));
 }
 
+void WineSession::killShell(QProcess& process)
+{
+    QProcess killer;
+    start(killer, QStringLiteral("taskkill"), {"/f", "/im", "quillet.exe"});
+    killer.waitForFinished(60000);
+    process.waitForFinished(60000);
+}
+
 QStringList WineSession::windows()
 {
     QProcess process;

@@ -34,6 +34,8 @@ public:
     void startShell(QProcess& process, const QStringList& arguments = QStringList(),
                     const QStringList& variables = QStringList());
     void startShellAsAdministrator(QProcess& process);
+    // Ends a shell that startShell() started, without its having a say.
+    void killShell(QProcess& process);
 
     // The visible windows, the foremost first: "program\tclass\ttitle". One line "failed" when they could
     // not be listed.
