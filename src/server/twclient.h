@@ -10,11 +10,12 @@ class QTcpSocket;
 // per process: the session start creates it and puts it into the process-wide slot (env/serverslot.h).
 //
 // The stream: a request is the UTF-8 text of one command, sent in one write and not terminated. A text reply
-// is raw UTF-8, as much as has arrived after the first wait. A byte-array reply is a length of four bytes,
-// the most significant first, and that many bytes. A reply that begins with "Error" is a refusal.
+// is raw UTF-8, as much as has arrived after the first wait; a zero byte ends it. A byte-array reply is a
+// length of four bytes, the most significant first, and that many bytes. What a refusal looks like is the
+// callers' business, except for the login's.
 //
 // Wanted: time-outs are not told from empty replies, a lost connection is not noticed (later exchanges come
-// back empty), and after a late reply every answer is one behind.
+// back empty), and after a late or split reply every answer is one behind.
 class TWClient : public QObject
 {
     Q_OBJECT

@@ -15,10 +15,8 @@ constexpr int connectedWait = 30000; // ms
 
 Desktop::Desktop()
 {
-    if (!session::logIn([this] { return connectToServer(); })) {
+    if (!session::logIn([this] { return connectToServer(); }))
         exitApp();
-        return;
-    }
 }
 
 void Desktop::exitApp()
@@ -35,6 +33,7 @@ void Desktop::exitApp()
 
 bool Desktop::connectToServer()
 {
+    dropClient(); // one at a time
     m_client = new TWClient;
     env::setServerClient(m_client);
     if (m_client->connectToServer()) {

@@ -39,7 +39,7 @@ QString storedToken()
     return QFile::exists(path) ? env::readValue(path, QLatin1String(tokenKey)) : QString();
 }
 
-// Asks for the password until the server accepts it. Empty when the user gave up.
+// Asks for the password until the server accepts it. False when the user gave up.
 bool askForPassword(TWClient* client, const QString& user)
 {
     InitScreen dialog;

@@ -44,6 +44,37 @@ class LoginStory : public QObject
         return entries;
     }
 
+    static void verifyLoggedOff(QProcess& shell)
+    {
+        QVERIFY(shell.waitForFinished(60000));
+        QCOMPARE(shell.exitCode(), 99); // a log-off ended it, not the shell itself
+    }
+
+    // The dialog fills the screen, its white panel is in the middle.
+    static void verifyDialog(const QImage& screen)
+    {
+        QVERIFY(!screen.isNull());
+        const QColor grey("#e6eaed");
+        const int right = screen.width() - 1;
+        const int bottom = screen.height() - 1;
+        for (const QPoint& corner :
+             {QPoint(0, 0), QPoint(right, 0), QPoint(0, bottom), QPoint(right, bottom)})
+            QCOMPARE(screen.pixelColor(corner), grey);
+        const auto firstOther = [&](QPoint at, const QPoint& step) {
+            int distance = 0;
+            for (; screen.rect().contains(at) && screen.pixelColor(at) == grey; at += step)
+                ++distance;
+            return distance;
+        };
+        const QPoint centre = screen.rect().center();
+        const int left = firstOther({0, centre.y()}, {1, 0});
+        const int top = firstOther({centre.x(), 0}, {0, 1});
+        QVERIFY(left > 0 && left < centre.x() && top > 0 && top < centre.y());
+        QVERIFY(qAbs(firstOther({right, centre.y()}, {-1, 0}) - left) <= 1);
+        QVERIFY(qAbs(firstOther({centre.x(), bottom}, {0, -1}) - top) <= 1);
+        QCOMPARE(screen.pixelColor(left + 8, top + 8), QColor(Qt::white));
+    }
+
     static QString tokenFile(const WineSession& session)
     {
         return session.home() + QStringLiteral("/.tidewell.ini");
@@ -64,7 +95,7 @@ private slots:
             session.startShell(shell);
             QVERIFY2(session.waitForWindow(shellProgram, dialogTitle, &windows),
                      qPrintable(windows.join('\n')));
-            session.screenshot(QStringLiteral("dialog"));
+            verifyDialog(session.screenshot(QStringLiteral("dialog")));
             session.type(QStringLiteral("tied"));
             session.press(QStringLiteral("Return"));
             QVERIFY2(session.waitForWindow(shellProgram, boxTitle, &windows), qPrintable(windows.join('\n')));
@@ -117,7 +148,7 @@ private slots:
         QVERIFY2(session.waitForWindow(shellProgram, boxTitle, &windows), qPrintable(windows.join('\n')));
         session.screenshot(QStringLiteral("refused"));
         session.press(QStringLiteral("Return"));
-        QVERIFY(shell.waitForFinished(60000)); // the user was logged off
+        verifyLoggedOff(shell);
         QVERIFY(server.requests().value(0).endsWith("&&stale\n"));
         QCOMPARE(server.requests().mid(1), QList<QByteArray>({"end_session", "quit\n"}));
         QCOMPARE(Sandbox::readFile(tokenFile(session)), QByteArray("[General]\nUserToken=stale\n"));
@@ -138,7 +169,7 @@ private slots:
         QVERIFY2(session.waitForWindow(shellProgram, boxTitle, &windows), qPrintable(windows.join('\n')));
         session.screenshot(QStringLiteral("message"));
         session.press(QStringLiteral("Return"));
-        QVERIFY(shell.waitForFinished(60000));
+        verifyLoggedOff(shell);
         QCOMPARE(log(session).last(), QStringLiteral("Error: Cannot connect to twserver"));
         QVERIFY(!QFile::exists(tokenFile(session)));
     }
@@ -154,7 +185,7 @@ private slots:
         session.startShell(shell);
         QStringList windows;
         QVERIFY2(session.waitForWindow(shellProgram, dialogTitle, &windows), qPrintable(windows.join('\n')));
-        session.screenshot(QStringLiteral("dialog"));
+        verifyDialog(session.screenshot(QStringLiteral("dialog")));
         session.press(QStringLiteral("Return")); // with nothing typed
         QVERIFY2(session.waitForWindow(shellProgram, QStringLiteral("Empty password"), &windows),
                  qPrintable(windows.join('\n')));
@@ -162,7 +193,7 @@ private slots:
         session.press(QStringLiteral("Return"));
         QVERIFY2(session.waitForWindow(shellProgram, dialogTitle, &windows), qPrintable(windows.join('\n')));
         session.press(QStringLiteral("Escape"));
-        QVERIFY(shell.waitForFinished(60000));
+        verifyLoggedOff(shell);
         QCOMPARE(server.requests(), QList<QByteArray>({"end_session", "quit\n"}));
         QCOMPARE(log(session).last(), QStringLiteral("Info: Session ended"));
         QVERIFY(!QFile::exists(tokenFile(session)));

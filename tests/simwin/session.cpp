@@ -5,13 +5,25 @@
 
 using simwin::State;
 
+namespace simwin {
+
+void setWindowOfClass(const QString& className, quintptr window)
+{
+    State& windows = state();
+    const QMutexLocker locker(&windows.lock);
+    windows.windowsByClass.insert(className, window);
+}
+
+} // namespace simwin
+
 HWND WINAPI FindWindowW(LPCWSTR className, LPCWSTR title)
 {
     State& windows = simwin::state();
     const QMutexLocker locker(&windows.lock);
-    simwin::enter(windows, "FindWindowW",
-                  {QString::fromWCharArray(className), title ? QString::fromWCharArray(title) : QString()});
-    return nullptr; // this Windows has no shell of its own
+    const QString name = QString::fromWCharArray(className);
+    if (!simwin::enter(windows, "FindWindowW", {name, title ? QString::fromWCharArray(title) : QString()}))
+        return nullptr;
+    return reinterpret_cast<HWND>(windows.windowsByClass.value(name, 0));
 }
 
 UINT_PTR WINAPI SHAppBarMessage(DWORD message, PAPPBARDATA data)

@@ -38,6 +38,11 @@ void setCommandLine(const QString& commandLine);
 // Blocks that the program was given and has not freed with LocalFree.
 int localBlocks();
 
+// --- Windows' own shell
+
+// The window that FindWindowW finds for a class name; none at first.
+void setWindowOfClass(const QString& className, quintptr window);
+
 // --- The user
 
 // Whether the token has the local Administrators group.

@@ -32,6 +32,7 @@ void reset()
     for (void* const block : qAsConst(windows.localBlocks))
         std::free(block);
     windows.localBlocks.clear();
+    windows.windowsByClass.clear();
     windows.groups.clear();
 }
 

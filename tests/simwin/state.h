@@ -24,6 +24,7 @@ struct State
     QHash<QByteArray, Failure> failures;
     std::vector<WCHAR> commandLine; // with its terminating zero
     QSet<void*> localBlocks;
+    QHash<QString, quintptr> windowsByClass;
     QSet<QByteArray> groups; // SIDs of the token's enabled groups, in binary form
 };
 

@@ -5,7 +5,7 @@
 // 125 when PROGRAM could not be started.
 //
 // When the user is logged off, Windows ends every program of the session, Wine only those that have a window.
-// Therefore this program has one, though nobody sees it, and ends PROGRAM then.
+// Therefore this program has one, though nobody sees it, and ends PROGRAM then, with exit code 99.
 #include <windows.h>
 
 #include <cstdio>
@@ -33,12 +33,16 @@ std::wstring restOfCommandLine()
     return at;
 }
 
+constexpr UINT loggedOff = 99; // exit code of a PROGRAM that a log-off ended
+
 HANDLE g_process = nullptr; // PROGRAM
 
 LRESULT CALLBACK handleMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (message == WM_ENDSESSION && wParam)
-        TerminateProcess(g_process, 0);
+    if (message == WM_ENDSESSION && wParam) {
+        TerminateProcess(g_process, loggedOff);
+        ExitProcess(loggedOff); // before Wine ends this program in its own way
+    }
     return DefWindowProcW(window, message, wParam, lParam);
 }
 
@@ -52,7 +56,7 @@ void waitFor(HANDLE process)
     RegisterClassW(&windowClass);
     CreateWindowW(L"asuser", L"", WS_OVERLAPPED, 0, 0, 0, 0, nullptr, nullptr, windowClass.hInstance,
                   nullptr);
-    while (MsgWaitForMultipleObjects(1, &process, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
+    while (MsgWaitForMultipleObjects(1, &process, FALSE, INFINITE, QS_ALLINPUT) == WAIT_OBJECT_0 + 1) {
         MSG message;
         while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
             DispatchMessageW(&message);

@@ -10,7 +10,8 @@ ModalAnswerer::ModalAnswerer()
 }
 
 void ModalAnswerer::expectBox(const QString& title, const QString& text, QMessageBox::Icon icon,
-                              QMessageBox::StandardButtons buttons, QMessageBox::StandardButton press)
+                              QMessageBox::StandardButtons buttons, QMessageBox::StandardButton press,
+                              const QWidget* parent)
 {
     const auto answer = [=](QWidget* widget) {
         const auto box = qobject_cast<QMessageBox*>(widget);
@@ -23,6 +24,8 @@ void ModalAnswerer::expectBox(const QString& title, const QString& text, QMessag
         complain(QStringLiteral("icon"), QString::number(box->icon()), QString::number(icon));
         complain(QStringLiteral("buttons"), QString::number(box->standardButtons(), 16),
                  QString::number(buttons, 16));
+        if (box->parentWidget() != parent)
+            m_problems.append(QStringLiteral("\"%1\" has another parent").arg(text));
         if (QAbstractButton* const button = box->button(press))
             button->click();
         else

@@ -15,10 +15,10 @@ class ModalAnswerer : public QObject
 public:
     ModalAnswerer();
 
-    // A message box; `press` must be one of its buttons.
+    // A message box with this parent; `press` must be one of its buttons.
     void expectBox(const QString& title, const QString& text, QMessageBox::Icon icon,
                    QMessageBox::StandardButtons buttons = QMessageBox::Ok,
-                   QMessageBox::StandardButton press = QMessageBox::Ok);
+                   QMessageBox::StandardButton press = QMessageBox::Ok, const QWidget* parent = nullptr);
 
     // Any other dialog of this class; `answer` must end it, or open another one that is expected next. It is
     // called from the event loop of the dialog.

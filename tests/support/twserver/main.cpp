@@ -1,8 +1,8 @@
 // twserver FILE [--port PORT] [--fault COMMAND=KIND[:MILLISECONDS]]...
 //
 // A stand-in for the central server, for people: it answers from FILE (JSON), and says on standard output who
-// connected, what was asked and what it answered. KIND is late, silent, cut, split, toolong, refused or
-// close; COMMAND is a command word ("login?", "_byteArray_get_application_icon?") or "*". Ends on a
+// connected, what was asked and what it answered. KIND is late, silent, cut, split, toolong, refused,
+// close or hangup; COMMAND is a command word ("login?", "_byteArray_get_application_icon?") or "*". Ends on a
 // signal.
 #include "support/twserver/twserver.h"
 
@@ -18,14 +18,17 @@ bool parseFault(const QString& text, QByteArray* command, TwFault* fault)
     const QHash<QString, TwFault::Kind> kinds = {{"late", TwFault::Late},       {"silent", TwFault::Silent},
                                                  {"cut", TwFault::Cut},         {"split", TwFault::Split},
                                                  {"toolong", TwFault::TooLong}, {"refused", TwFault::Refused},
-                                                 {"close", TwFault::Close}};
+                                                 {"close", TwFault::Close},     {"hangup", TwFault::HangUp}};
     const int equals = text.lastIndexOf(QLatin1Char('='));
     const QStringList parts = text.mid(equals + 1).split(QLatin1Char(':'));
     if (equals < 1 || parts.size() > 2 || !kinds.contains(parts[0]))
         return false;
     *command = text.left(equals).toUtf8();
     fault->kind = kinds.value(parts[0]);
-    fault->milliseconds = parts.value(1, QStringLiteral("1000")).toInt();
+    bool isNumber = true;
+    fault->milliseconds = parts.size() == 2 ? parts[1].toInt(&isNumber) : 1000;
+    if (!isNumber || fault->milliseconds < 0)
+        return false;
     fault->text = "on request";
     return true;
 }
@@ -93,6 +96,11 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "twserver: cannot listen on port %s\n",
                      qPrintable(parser.value(QStringLiteral("port"))));
         return 1;
+    }
+    for (auto user = server.data.users.constBegin(); user != server.data.users.constEnd(); ++user) {
+        const bool anybody = user.key() == QLatin1String("*");
+        std::printf("twserver: %s may log in with the password: %s\n",
+                    anybody ? "everybody" : qPrintable(user.key()), qPrintable(user->password));
     }
     std::printf("twserver: listening on 127.0.0.1, port %d\n", server.port());
     std::fflush(stdout);

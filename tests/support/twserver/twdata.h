@@ -8,12 +8,14 @@
 
 // What a central server knows, and what it answers. Filled from a JSON file, see twserver.json for one:
 //
-//   users         name -> password, token; the name "*" stands for everybody else
-//   servers       name -> address, type
-//   groups        a list of id, name, applications (ids)
-//   applications  a list of id, name, displayName, execPath, arguments, onlyOne, server, icon (a file's path
-//   from here) valid         ids that users may run; all applications when it is missing extensions    a list
-//   of extension (with its dot), type, applications (ids, "!" before those the user excluded)
+// - users: by name, "*" standing for everybody else; password, token
+// - servers: by name; address, type
+// - groups: a list of id, name, applications (ids)
+// - applications: a list of id, name, displayName, execPath, arguments, onlyOne, server, icon (a path from
+// the file)
+// - valid: ids that users may run; all applications when it is missing
+// - extensions: a list of extension (with its dot), type, applications (ids, "!" before those the user
+// excluded)
 struct TwData
 {
     struct User

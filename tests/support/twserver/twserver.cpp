@@ -83,9 +83,11 @@ private:
         case TwFault::Instead:
             reply = fault.text;
             break;
+        case TwFault::HangUp:
+            break;
         }
         send(socket, connection, reply);
-        if (command == "quit")
+        if (command == "quit" || fault.kind == TwFault::HangUp)
             socket->disconnectFromHost();
     }
 

@@ -23,6 +23,7 @@ struct TwFault
         TooLong, // followed by `text`, in the same write
         Refused, // "Error: " and `text` instead
         Close,   // the connection is closed instead
+        HangUp,  // the connection is closed after it
         Instead, // the bytes `text` instead, as they are
     };
 
@@ -56,7 +57,8 @@ struct TwEvent
 };
 
 // A stand-in for the central server, listening on 127.0.0.1. It runs on a thread of its own, because its
-// client blocks the one that it is on. All functions may be called on any thread.
+// client blocks the one that it is on. It is started and stopped on one thread; the rest may be called on
+// any.
 class TwServer
 {
 public:
@@ -64,7 +66,7 @@ public:
     ~TwServer();
     Q_DISABLE_COPY(TwServer)
 
-    // What it knows; set it before start().
+    // What it knows. Change it only while nobody asks.
     TwData data;
 
     // Called on the server's thread for every event; set it before start().
@@ -77,8 +79,8 @@ public:
     quint16 port() const { return m_port; }
 
     // From now on the replies to `command` ("login?", "_byteArray_get_application_icon?", "end_session") go
-    // wrong, the next `times` ones or all of them (negative). A server that sees "*" in place of a command
-    // does it to every one.
+    // wrong: the next `times` ones, or all of them when it is negative. The command "*" stands for every one
+    // that has no fault of its own.
     void setFault(const QByteArray& command, const TwFault& fault, int times = -1);
     void clearFaults();
 

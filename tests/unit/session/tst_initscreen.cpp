@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTranslator>
 #include <QtTest>
 
 class InitScreenTest : public QuilletTest
@@ -176,23 +177,32 @@ private slots:
         m_dialog->show();
         for (int i = 0; i < 2; ++i) {
             m_answers->expectBox(QStringLiteral("Empty password"),
-                                 QStringLiteral("The password must not be empty"), QMessageBox::Information);
+                                 QStringLiteral("The password must not be empty"), QMessageBox::Information,
+                                 QMessageBox::Ok, QMessageBox::Ok, m_dialog.get());
             button(QDialogButtonBox::Ok)->click();
             QVERIFY(m_dialog->isVisible());
         }
         QCOMPARE(m_dialog->result(), 0);
     }
 
-    void theComplaintBelongsToTheDialog()
+    void everyTextIsTranslated()
     {
+        QTranslator spanish;
+        QVERIFY(spanish.load(QStringLiteral(TRANSLATION)));
+        QCoreApplication::installTranslator(&spanish);
+        m_dialog = std::make_unique<InitScreen>();
+        QCOMPARE(m_dialog->windowTitle(), QString::fromUtf8("Diálogo"));
+        QCOMPARE(child<QLabel>("welcomeLabel")->text(), QStringLiteral("Bienvenido a Tidewell Desktop"));
+        QCOMPARE(child<QLabel>("languageLabel")->text(), QStringLiteral("Seleccione el idioma"));
+        QCOMPARE(child<QLabel>("passwordLabel")->text(), QString::fromUtf8("Confirme su contraseña"));
+        QCOMPARE(child<QComboBox>("languageComboBox")->itemText(1), QString::fromUtf8("Inglés"));
+        QCOMPARE(child<QComboBox>("languageComboBox")->itemText(0), QString::fromUtf8("Español (ES)"));
         m_dialog->show();
-        QWidget* parent = nullptr;
-        m_answers->expectDialog("QMessageBox", [&](QWidget* box) {
-            parent = box->parentWidget();
-            qobject_cast<QDialog*>(box)->accept();
-        });
+        m_answers->expectBox(QString::fromUtf8("Contraseña vacía"),
+                             QString::fromUtf8("La contraseña no puede estar vacía"),
+                             QMessageBox::Information, QMessageBox::Ok, QMessageBox::Ok, m_dialog.get());
         button(QDialogButtonBox::Ok)->click();
-        QCOMPARE(parent, m_dialog.get());
+        QCoreApplication::removeTranslator(&spanish);
     }
 
     void aPasswordOfOneBlankIsAccepted()

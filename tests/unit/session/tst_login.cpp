@@ -19,6 +19,8 @@
 #include <QFrame>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTcpSocket>
+#include <QTranslator>
 #include <QtTest>
 
 #include <memory>
@@ -46,6 +48,13 @@ class LoginTest : public QuilletTest
     {
         sandbox().writeSettings("[Server]\nTidewellServerPort=" + port +
                                 "\nTidewellServerAddress=127.0.0.1\n");
+    }
+
+    // An exit() without an event loop lets every dialog return at once until the next exec().
+    static void runAnEventLoop()
+    {
+        QTimer::singleShot(0, [] { QCoreApplication::quit(); });
+        QCoreApplication::exec();
     }
 
     void startSession() { m_desktop = std::make_unique<Desktop>(); }
@@ -81,6 +90,19 @@ class LoginTest : public QuilletTest
                 entries.append(QString::fromUtf8(line).section(QStringLiteral(" - "), 1));
         }
         return entries;
+    }
+
+    // Whoever connected before this call has connected by now: the server accepts in order, and this is the
+    // first.
+    void verifyNobodyConnected()
+    {
+        QTcpSocket probe;
+        probe.connectToHost(QStringLiteral("127.0.0.1"), m_server->port());
+        QVERIFY(probe.waitForConnected());
+        probe.write("probe");
+        QVERIFY(probe.waitForBytesWritten());
+        QVERIFY(m_server->waitFor(TwEvent::Request, "probe"));
+        QCOMPARE(m_server->transcript().last().connection, 1);
     }
 
     static QList<QByteArray> exitCalls() { return {"FindWindowW", "SHAppBarMessage", "ExitWindowsEx"}; }
@@ -119,9 +141,7 @@ private slots:
         delete env::serverClient();
         env::setServerClient(nullptr);
         m_desktop.reset();
-        // An exit() without an event loop lets every dialog return at once until the next exec().
-        QTimer::singleShot(0, [] { QCoreApplication::quit(); });
-        QCoreApplication::exec();
+        runAnEventLoop();
         QuilletTest::cleanup();
         QVERIFY2(problems.isEmpty(), qPrintable(problems.join('\n')));
     }
@@ -144,7 +164,7 @@ private slots:
         startSession();
         QVERIFY(!env::serverClient());
         QVERIFY(simwin::calls().isEmpty());
-        QVERIFY(m_server->transcript().isEmpty());
+        verifyNobodyConnected();
         QCOMPARE(logEntries(), QStringList("Info: Starting session with user 'clerk'"));
         QCOMPARE(debugOutput().last(), QStringLiteral("Settings file: %1").arg(env::settingsPath()));
     }
@@ -241,26 +261,36 @@ private slots:
         QCOMPARE(m_server->requests().size(), 5 + 3);
     }
 
-    void theDialogCoversTheDesktopWithItsPanelInTheMiddle()
+    void theDialogCoversTheDesktopWithItsPanelInTheMiddleEveryTime()
     {
-        QSize size;
-        QRect panel;
-        Qt::WindowStates states;
-        QWidget* parent = nullptr;
+        const QSize desktop = session::desktopSize();
+        int rounds = 0;
+        const auto look = [&](QWidget* dialog) {
+            ++rounds;
+            QCOMPARE(dialog->minimumSize(), desktop);
+            QCOMPARE(dialog->maximumSize(), desktop);
+            QCOMPARE(dialog->size(), desktop);
+            QVERIFY(dialog->windowState() & Qt::WindowFullScreen);
+            QVERIFY(dialog->isModal());
+            QVERIFY(!dialog->parentWidget());
+            const auto panel = dialog->findChild<QFrame*>(QStringLiteral("formFrame"));
+            const QSize size = panel->size();
+            QCOMPARE(panel->pos(),
+                     QPoint((desktop.width() - size.width()) / 2, (desktop.height() - size.height()) / 2));
+            panel->move(0, 0); // the next round puts it back
+        };
         m_answers->expectDialog("InitScreen", [&](QWidget* dialog) {
-            size = dialog->size();
-            states = dialog->windowState();
-            parent = dialog->parentWidget();
-            panel = dialog->findChild<QFrame*>(QStringLiteral("formFrame"))->geometry();
+            look(dialog);
+            dialog->findChild<QLineEdit*>()->setText(QStringLiteral("wrong"));
+            dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        });
+        expectBox(passwordRefused);
+        m_answers->expectDialog("InitScreen", [&](QWidget* dialog) {
+            look(dialog);
             dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel)->click();
         });
         startSession();
-        const QSize desktop = session::desktopSize();
-        QCOMPARE(size, desktop);
-        QVERIFY(states & Qt::WindowFullScreen);
-        QVERIFY(!parent);
-        QCOMPARE(panel.topLeft(),
-                 QPoint((desktop.width() - panel.width()) / 2, (desktop.height() - panel.height()) / 2));
+        QCOMPARE(rounds, 2);
     }
 
     void cancelEndsTheSessionWithoutAWord()
@@ -282,6 +312,7 @@ private slots:
         startSession();
         verifyEnded();
         QVERIFY(!QFile::exists(env::tokenPath()));
+        QCOMPARE(env::credentialsPassword(), QStringLiteral("wrong")); // kept before it is tried
     }
 
     void aUserWhoCannotBeEnabledIsToldAndTheSessionEnds_data()
@@ -321,14 +352,61 @@ private slots:
         QCOMPARE(env::readValue(env::tokenPath(), QStringLiteral("UserToken")), QString::fromUtf8(reply));
     }
 
+    void aServerThatHangsUpBetweenLoginAndActivationEnablesNobody_data()
+    {
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<int>("fault");
+        QTest::newRow("after the login's reply") << QByteArray("login?") << int(TwFault::HangUp);
+        QTest::newRow("on activation") << QByteArray("activate_user?") << int(TwFault::Close);
+    }
     void aServerThatHangsUpBetweenLoginAndActivationEnablesNobody()
     {
-        m_server->setFault("activate_user?", {TwFault::Close});
+        QFETCH(QByteArray, command);
+        QFETCH(int, fault);
+        m_server->setFault(command, {static_cast<TwFault::Kind>(fault)});
         expectPassword(QStringLiteral("tide"));
         expectBox(cannotEnable);
         startSession();
         verifyEnded();
         QVERIFY(!QFile::exists(env::tokenPath()));
+    }
+
+    // Wanted: the shell reads what has come after the first wait. What is left of a reply in pieces is the
+    // answer to the next question.
+    void aLoginReplyInPiecesShiftsEveryAnswer()
+    {
+        m_server->setFault("login?", {TwFault::Split, 100, QByteArray()}); // "O" and "K"
+        m_server->setFault("activate_user?", {TwFault::Late, 2000});
+        expectPassword(QStringLiteral("tide"));
+        startSession();
+        verifyGoesOn();
+        QCOMPARE(env::readValue(env::tokenPath(), QStringLiteral("UserToken")), QStringLiteral("K"));
+    }
+
+    void everyTextIsTranslated()
+    {
+        QTranslator spanish;
+        QVERIFY(spanish.load(QStringLiteral(TRANSLATION)));
+        QCoreApplication::installTranslator(&spanish);
+        const auto expect = [&](const char* text) {
+            m_answers->expectBox(QString::fromUtf8("Conexión con el servidor"), QString::fromUtf8(text),
+                                 QMessageBox::Information);
+        };
+        m_server->setFault("activate_user?", {TwFault::Refused});
+        expectPassword(QStringLiteral("wrong"));
+        expect("Contraseña incorrecta");
+        expectPassword(QStringLiteral("tide"));
+        expect("Usuario no activado");
+        startSession();
+        runAnEventLoop();
+        sandbox().writeToken("[General]\nUserToken=stale\n");
+        expect("Token rechazado");
+        startSession();
+        runAnEventLoop();
+        m_server->stop();
+        expect("Sin servidor");
+        startSession();
+        QCoreApplication::removeTranslator(&spanish);
     }
 
     // --- The token
@@ -353,6 +431,8 @@ private slots:
         startSession();
         verifyGoesOn();
         delete env::serverClient();
+        // Written anew, so that it is the file that is read and not what Qt remembers of it.
+        sandbox().writeToken(Sandbox::readFile(env::tokenPath()));
         m_server->setFault("login?", {TwFault::Instead, 0, "OK"});
         startSession();
         QVERIFY(m_server->requests().contains("login?clerk&&" + token.toUtf8() + "\n"));
@@ -461,19 +541,48 @@ private slots:
 
     // --- The end
 
-    void theEndTellsTheServerRestoresTheTaskBarAndLogsOff()
+    void theEndTellsTheServerThenRestoresTheTaskBarThenLogsOff()
     {
         sandbox().writeToken("[General]\nUserToken=the token\n");
+        simwin::setWindowOfClass(QStringLiteral("System_TrayWnd"), 0x1234);
+        QList<int> callsBefore; // of Windows, when the server was asked something
+        m_server->stop();
+        m_server->onEvent = [&](const TwEvent& event) {
+            if (event.kind == TwEvent::Request)
+                callsBefore.append(simwin::calls().size());
+        };
+        QVERIFY(m_server->start());
+        configure(QByteArray::number(m_server->port()));
         startSession();
         m_desktop->exitApp();
         QCOMPARE(m_server->requests().mid(2), QList<QByteArray>({"end_session", "quit\n"}));
-        QCOMPARE(logEntries().last(), QStringLiteral("Info: Session ended"));
+        QCOMPARE(callsBefore, QList<int>({0, 0, 0, 0}));
+        QCOMPARE(logEntries().value(2), QStringLiteral("Info: Session ended"));
         verifyEnded();
         const QList<simwin::Call> calls = simwin::calls();
-        QCOMPARE(calls[0].arguments, QStringList({"System_TrayWnd", QString()}));
-        QCOMPARE(calls[1].arguments,
-                 QStringList({"10", "48", "0", "2"})); // state, size, no window, always on top
-        QCOMPARE(calls[2].arguments, QStringList({"0", "ffffffff"}));
+        QCOMPARE(calls.value(0).arguments, QStringList({"System_TrayWnd", QString()}));
+        // Message, size of the data, the window as found, always on top.
+        QCOMPARE(calls.value(1).arguments, QStringList({"10", "48", QString::number(0x1234), "2"}));
+        QCOMPARE(calls.value(2).arguments, QStringList({"0", "ffffffff"}));
+    }
+
+    void theTaskBarsWindowIsPassedOnAlsoWhenThereIsNone()
+    {
+        configure("0");
+        startSession();
+        m_desktop->exitApp();
+        QCOMPARE(simwin::calls().value(1).arguments, QStringList({"10", "48", "0", "2"}));
+    }
+
+    void theEndGoesOnWhenWindowsRefuses()
+    {
+        configure("0");
+        startSession();
+        simwin::fail("SHAppBarMessage", ERROR_ACCESS_DENIED);
+        simwin::fail("ExitWindowsEx", ERROR_ACCESS_DENIED);
+        QTimer::singleShot(0, m_desktop.get(), SLOT(exitApp()));
+        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(simwin::callNames(), exitCalls());
     }
 
     void theEndWithoutAServerStillLogsOff()
@@ -482,7 +591,7 @@ private slots:
         startSession();
         m_desktop->exitApp();
         QCOMPARE(simwin::callNames(), exitCalls());
-        QVERIFY(m_server->transcript().isEmpty());
+        verifyNobodyConnected();
     }
 
     void theEndLeavesTheEventLoopWhenItRuns()
