@@ -207,6 +207,17 @@ QList<QByteArray> TwServer::requests() const
     return requests;
 }
 
+bool TwServer::nobodyConnected() const
+{
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress(QHostAddress::LocalHost), m_port);
+    if (!socket.waitForConnected())
+        return false;
+    socket.write("is anybody here");
+    return socket.waitForBytesWritten() && waitFor(TwEvent::Request, "is anybody here") &&
+           transcript().constLast().connection == 1;
+}
+
 bool TwServer::waitFor(TwEvent::Kind kind, const QByteArray& bytes, int milliseconds) const
 {
     QElapsedTimer timer;

@@ -87,6 +87,9 @@ public:
     QList<TwEvent> transcript() const;
     // The requests alone, in order.
     QList<QByteArray> requests() const;
+    // Whether nobody has connected yet. The server accepts in order: it is enough to see that a connection of
+    // this call's own is the first.
+    bool nobodyConnected() const;
     // Waits until an event of `kind` with these bytes has happened.
     bool waitFor(TwEvent::Kind kind, const QByteArray& bytes, int milliseconds = 30000) const;
 
