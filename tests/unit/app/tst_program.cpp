@@ -46,7 +46,8 @@ private slots:
         QDir().mkpath(bin);
         Sandbox::writeFile(bin + QStringLiteral("/explorer.exe"),
                            "#!/bin/sh\necho \"$# $*\" >'" + explorerRecord().toUtf8() + "'\n");
-        QFile::setPermissions(bin + QStringLiteral("/explorer.exe"), QFile::ReadOwner | QFile::ExeOwner);
+        QFile::setPermissions(bin + QStringLiteral("/explorer.exe"),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         m_environment.insert(QStringLiteral("PATH"), bin + QLatin1Char(':') + qgetenv("PATH"));
         m_environment.insert(QStringLiteral("QT_FORCE_STDERR_LOGGING"), QStringLiteral("1"));
     }
