@@ -50,7 +50,7 @@ QStringList ModalAnswerer::problems() const
 void ModalAnswerer::timerEvent(QTimerEvent*)
 {
     QWidget* const modal = QApplication::activeModalWidget();
-    if (!modal || !modal->isVisible() || modal == m_answering)
+    if (!modal || !modal->isVisible() || modal == m_answering || modal == m_leftAlone)
         return;
     const QByteArray className = modal->metaObject()->className();
     if (m_expected.isEmpty() || m_expected.constFirst().className != className) {

@@ -24,6 +24,9 @@ public:
     // called from the event loop of the dialog.
     void expectDialog(const QByteArray& className, std::function<void(QWidget*)> answer);
 
+    // Leaves this dialog to the test, which drives it itself.
+    void leaveAlone(const QWidget* dialog) { m_leftAlone = dialog; }
+
     // Empty when everything expected came, as expected, and nothing else did.
     QStringList problems() const;
 
@@ -39,5 +42,6 @@ private:
 
     QList<Expected> m_expected;
     QStringList m_problems;
+    const QWidget* m_leftAlone = nullptr;
     QWidget* m_answering = nullptr; // the one being answered: not to be answered twice
 };

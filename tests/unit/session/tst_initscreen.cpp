@@ -44,6 +44,7 @@ private slots:
         QuilletTest::init();
         m_dialog = std::make_unique<InitScreen>();
         m_answers = std::make_unique<ModalAnswerer>();
+        m_answers->leaveAlone(m_dialog.get());
     }
 
     void cleanup()
@@ -191,6 +192,7 @@ private slots:
         QVERIFY(spanish.load(QStringLiteral(TRANSLATION)));
         QCoreApplication::installTranslator(&spanish);
         m_dialog = std::make_unique<InitScreen>();
+        m_answers->leaveAlone(m_dialog.get());
         QCOMPARE(m_dialog->windowTitle(), QString::fromUtf8("Diálogo"));
         QCOMPARE(child<QLabel>("welcomeLabel")->text(), QStringLiteral("Bienvenido a Tidewell Desktop"));
         QCOMPARE(child<QLabel>("languageLabel")->text(), QStringLiteral("Seleccione el idioma"));
