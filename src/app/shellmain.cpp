@@ -23,13 +23,13 @@ void installPreferredStyle()
     }
 }
 
-// The file is looked for in the current directory, which the session's start-up sets to the program's.
+// The file is looked for in the current directory, which the session's start-up sets to the program's. A
+// translation that loaded is never removed.
 void installTranslation()
 {
     auto translator = std::make_unique<QTranslator>();
     if (translator->load(QStringLiteral("quillet_es")))
-        QCoreApplication::installTranslator(
-            translator.release()); // never removed: it serves the whole process
+        QCoreApplication::installTranslator(translator.release());
 }
 
 // Never deleted: the controller ends with the process.

@@ -94,7 +94,7 @@ QByteArray TWClient::sendCommandForBytes(const QString& command)
     const qint32 length = announcedLength(lengthBytes);
     env::logInfo(QStringLiteral("Response size: %1").arg(length));
 
-    // Wanted: without an event loop the timer never fires, so the loop ends only when enough bytes have come
+    // Wanted: without an event loop the timer never fires. The loop ends only when enough bytes have come,
     // ...
     QTimer timer(this);
     timer.start(byteArrayTimer);

@@ -256,6 +256,7 @@ private slots:
     {
         m_dialog->show();
         QTest::keyClicks(child<QLineEdit>("passwordLineEdit"), QStringLiteral("wrong"));
+        button(QDialogButtonBox::Ok)->setFocus(); // as by a click of the mouse
         button(QDialogButtonBox::Ok)->click();
         m_dialog->show();
         QVERIFY(QTest::qWaitForWindowActive(m_dialog.get()));
