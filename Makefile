@@ -3,7 +3,7 @@
 # to build.
 
 .DEFAULT_GOAL := help
-.PHONY: help run test test-native bench windows format format-check lint icons clean
+.PHONY: help run test test-native bench windows format format-check lint icons catalogue clean
 
 help:
 	@echo "make run          build the shell and start it under Wine, with a stand-in server (SERVER=none: without one;"
@@ -14,6 +14,7 @@ help:
 	@echo "make windows      the product, as a folder: build/windows/dist"
 	@echo "make format       lay the sources out;  make lint: look for mistakes"
 	@echo "make icons        render the pictures anew from their SVG sources"
+	@echo "make catalogue    write the built-in catalogue anew from its tables"
 	@echo "make clean        remove build/"
 
 run:
@@ -70,6 +71,11 @@ icons:
 	@echo "make icons: rendering the pictures (seconds)"
 	@tools/setup icons
 	@tools/render-icons
+
+catalogue:
+	@echo "make catalogue: writing the built-in catalogue (seconds)"
+	@tools/setup catalogue
+	@tools/make-catalogue
 
 clean:
 	@echo "make clean: removing build/ (seconds)"

@@ -1,5 +1,6 @@
 #include "app/shellmain.h"
 
+#include "catalogue/cataloguefiles.h"
 #include "env/log.h"
 #include "resources/resources.h"
 #include "session/desktop.h"
@@ -48,6 +49,7 @@ int shellMain()
     initResources();
     QApplication::setQuitOnLastWindowClosed(false); // only the end of the session ends the shell
     installPreferredStyle();
+    catalogue::loadExtensionMap();
     installTranslation();
     env::logInfo(QStringLiteral("Calling manager"));
     createController();

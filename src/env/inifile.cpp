@@ -41,7 +41,8 @@ QStringList valuesPerGroup(const QString& path, const QString& key)
 
 void writeValue(const QString& path, const QString& key, const QString& value)
 {
-    QSettings(path, QSettings::IniFormat).setValue(key, value);
+    if (!key.isEmpty()) // it would change nothing either, but warn
+        QSettings(path, QSettings::IniFormat).setValue(key, value);
 }
 
 } // namespace env

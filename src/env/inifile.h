@@ -23,7 +23,8 @@ QStringList childGroups(const QString& path);
 // The value of `key` in each of the file's groups, in the order of childGroups(), empty ones included.
 QStringList valuesPerGroup(const QString& path, const QString& key);
 
-// Sets one value and writes the file, creating it when needed. A file that cannot be written stays as it is.
+// Sets one value and writes the file, creating it when needed. A file that cannot be written stays as it is,
+// and so does every file when `key` is empty.
 void writeValue(const QString& path, const QString& key, const QString& value);
 
 } // namespace env

@@ -20,15 +20,26 @@ QString sharedFolderPath()
            readSetting(QLatin1String(key::sambaSharedPath));
 }
 
-bool isRemoteHost(const QString& host)
+namespace {
+
+bool isLoopback(const QString& host)
 {
-    return isRemoteHost(
+    return host == QLatin1String("127.0.0.1");
+}
+
+} // namespace
+
+bool isLocalHost(const QString& host)
+{
+    if (!isLoopback(host))
+        return true; // without a look at the network, which takes its time
+    return isLocalHost(
         host, {QHostInfo::localHostName(), QHostInfo::localDomainName(), QNetworkInterface::allAddresses()});
 }
 
-bool isRemoteHost(const QString& host, const LocalHost& local)
+bool isLocalHost(const QString& host, const LocalHost& local)
 {
-    if (host != QLatin1String("127.0.0.1"))
+    if (!isLoopback(host))
         return true;
     // A comparison with "localhost" would have no say here: such a host has been answered for above.
     if (host.compare(local.name, Qt::CaseInsensitive) != 0)

@@ -21,10 +21,10 @@ struct LocalHost
     QList<QHostAddress> addresses;
 };
 
-// Whether programs on `host` have to be started through remote desktop. Wanted: the comparisons are such that
-// the answer is true for every host, this machine's own names and addresses included; remote launches rely on
-// it.
-bool isRemoteHost(const QString& host);
-bool isRemoteHost(const QString& host, const LocalHost& local);
+// Whether programs on `host` are taken for this machine's own. Wanted: the comparisons are such that the
+// answer is true for every host; which applications are valid, and which are reached through the remote
+// client, relies on it.
+bool isLocalHost(const QString& host);
+bool isLocalHost(const QString& host, const LocalHost& local);
 
 } // namespace env

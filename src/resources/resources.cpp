@@ -5,4 +5,5 @@
 void initResources()
 {
     Q_INIT_RESOURCE(icons);
+    Q_INIT_RESOURCE(mime);
 }

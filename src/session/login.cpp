@@ -6,6 +6,7 @@
 #include "env/paths.h"
 #include "env/serverslot.h"
 #include "env/settings.h"
+#include "server/refusal.h"
 #include "server/twclient.h"
 #include "session/initscreen.h"
 #include "session/screensize.h"
@@ -25,11 +26,6 @@ constexpr char tokenKey[] = "UserToken";
 void tell(const QString& text)
 {
     QMessageBox::information(nullptr, QCoreApplication::translate("Desktop", "Server connection"), text);
-}
-
-bool isRefusal(const QString& reply)
-{
-    return reply.isEmpty() || reply.startsWith(QLatin1String("Error:"));
 }
 
 QString storedToken()
@@ -63,7 +59,7 @@ bool askForPassword(TWClient* client, const QString& user)
 bool activateUser(TWClient* client, const QString& user)
 {
     const QString token = client->sendCommand(QLatin1String("activate_user?") + user);
-    if (isRefusal(token)) {
+    if (token.isEmpty() || isRefusal(token)) {
         tell(
             QCoreApplication::translate("Desktop", "Cannot enable user. Contact your system administrator."));
         return false;

@@ -1,5 +1,6 @@
 #include "support/sandbox.h"
 
+#include "catalogue/cataloguefiles.h"
 #include "env/paths.h"
 
 #include <QDir>
@@ -78,6 +79,13 @@ void Sandbox::writeToken(const QByteArray& content) const
     writeFile(env::tokenPath(), content);
 }
 
+void Sandbox::writeUserApplications(const QByteArray& content) const
+{
+    const QString path = catalogue::userApplicationsPath();
+    QDir().mkpath(QFileInfo(path).path());
+    writeFile(path, content);
+}
+
 QByteArray Sandbox::log() const
 {
     return QFile::exists(env::logPath()) ? readFile(env::logPath()) : QByteArray();
@@ -110,7 +118,8 @@ void Sandbox::setVariable(const char* name, const QByteArray& value)
 void Sandbox::setAside(bool away) const
 {
     const QString store = m_folder.filePath(QStringLiteral("home"));
-    const QStringList files = {env::tokenPath(), env::credentialsPath(), env::logPath()};
+    const QStringList files = {env::tokenPath(), env::credentialsPath(), env::logPath(),
+                               QDir::homePath() + QLatin1String("/.quillet")};
     for (const QString& file : files) {
         const QString kept = store + QLatin1Char('/') + QFileInfo(file).fileName();
         const QString from = away ? file : kept;

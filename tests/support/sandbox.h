@@ -19,10 +19,11 @@ public:
     // A folder for whatever else a test needs.
     QString scratch() const;
 
-    // Puts `content` into the settings file, credentials file or token file.
+    // Puts `content` into the settings file, credentials file, token file or the user's applications file.
     void writeSettings(const QByteArray& content) const;
     void writeCredentials(const QByteArray& content) const;
     void writeToken(const QByteArray& content) const;
+    void writeUserApplications(const QByteArray& content) const;
 
     // The log file's bytes; empty when there is none.
     QByteArray log() const;

@@ -1,4 +1,5 @@
 #include "app/entry.h"
+#include "catalogue/cataloguefiles.h"
 #include "support/logreader.h"
 #include "support/quillettest.h"
 
@@ -50,6 +51,22 @@ private slots:
     {
         QDir::setCurrent(QDir::rootPath());
         QuilletTest::cleanup();
+    }
+
+    // The table lives as long as the process: this test comes first.
+    void theTableOfExtensionsIsThereBeforeAnyWindow()
+    {
+        QCOMPARE(catalogue::mimeTypeForExtension(QStringLiteral(".csv")), QString());
+        sandbox().writeSettings(
+            "[Server]\nTidewellServerPort=1\nTidewellServerAddress=127.0.0.1\n"); // nobody there
+        QString type;
+        run(0, [&] {
+            if (const auto box = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
+                type = catalogue::mimeTypeForExtension(QStringLiteral(".csv"));
+                box->accept();
+            }
+        });
+        QCOMPARE(type, QStringLiteral("text/csv"));
     }
 
     void theExitCodeIsZeroWhateverTheEventLoopReturned()

@@ -105,6 +105,12 @@ private slots:
         QCOMPARE(env::readValue(file("new.ini"), QStringLiteral("Group/key")), QStringLiteral("1"));
     }
 
+    void writingWithoutAKeyChangesNothing()
+    {
+        env::writeValue(file("none.ini"), QString(), QStringLiteral("x"));
+        QVERIFY(!QFile::exists(file("none.ini")));
+    }
+
     void whatIsWrittenIsReadBack_data()
     {
         QTest::addColumn<QString>("value");
