@@ -55,7 +55,7 @@ QString userApplicationsPath()
 
 QString applicationValue(const QString& appId, const QString& key)
 {
-    return env::readValueWithFallback(applicationsPath(), userApplicationsPath(),
+    return env::readValueWithFallback(applicationsPath(), userApplicationsPath,
                                       appId + QLatin1Char('/') + key);
 }
 

@@ -13,7 +13,8 @@ QString readValue(const QString& path, const QString& key)
     return QSettings(path, QSettings::IniFormat).value(key, QVariant()).toString();
 }
 
-QString readValueWithFallback(const QString& primary, const QString& fallback, const QString& key)
+QString readValueWithFallback(const QString& primary, const std::function<QString()>& fallback,
+                              const QString& key)
 {
     if (key.isEmpty())
         return QString();
@@ -21,7 +22,7 @@ QString readValueWithFallback(const QString& primary, const QString& fallback, c
     if (QFile::exists(primary))
         value = readValue(primary, key);
     if (value.isEmpty())
-        value = readValue(fallback, key);
+        value = readValue(fallback(), key);
     return value;
 }
 

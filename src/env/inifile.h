@@ -8,14 +8,18 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace env {
 
 // The value of `key` ("Group/key", or "key" for the top level) in the file `path`: empty when it is missing,
 // null without opening the file when `key` is empty.
 QString readValue(const QString& path, const QString& key);
 
-// The value in `primary` when that file exists and its value is not empty, else the one in `fallback`.
-QString readValueWithFallback(const QString& primary, const QString& fallback, const QString& key);
+// The value in `primary` when that file exists and its value is not empty, else the one in the file that
+// `fallback` names; it is not asked otherwise.
+QString readValueWithFallback(const QString& primary, const std::function<QString()>& fallback,
+                              const QString& key);
 
 // The file's groups, sorted by name.
 QStringList childGroups(const QString& path);

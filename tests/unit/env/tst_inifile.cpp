@@ -25,8 +25,12 @@ private slots:
         const QString path = fileWith("a.ini", "x=1\n");
         QVERIFY(env::readValue(path, QString()).isNull());
         QVERIFY(env::readValue(path, QLatin1String("")).isNull());
-        QVERIFY(env::readValueWithFallback(path, path, QString()).isNull());
-        QVERIFY(env::readValueWithFallback(path, path, QLatin1String("")).isNull());
+        QVERIFY(env::readValueWithFallback(
+                    path, [&] { return path; }, QString())
+                    .isNull());
+        QVERIFY(env::readValueWithFallback(
+                    path, [&] { return path; }, QLatin1String(""))
+                    .isNull());
     }
 
     void aValueIsReadFromTheTopLevelAndFromAGroup()
@@ -55,6 +59,20 @@ private slots:
         QCOMPARE(env::readValue(path, QStringLiteral("key")), QString());
     }
 
+    void theFallbackIsNotLookedForWhenThePrimaryHasAValue()
+    {
+        bool asked = false;
+        QCOMPARE(env::readValueWithFallback(
+                     fileWith("primary.ini", "k=p\n"),
+                     [&] {
+                         asked = true;
+                         return QString();
+                     },
+                     QStringLiteral("k")),
+                 QStringLiteral("p"));
+        QVERIFY(!asked);
+    }
+
     void theFallbackIsUsedWhenThePrimaryValueIsEmpty_data()
     {
         QTest::addColumn<QByteArray>("primary"); // null: no such file
@@ -76,7 +94,8 @@ private slots:
             fileWith("primary.ini", primary);
         if (!fallback.isNull())
             fileWith("fallback.ini", fallback);
-        QTEST(env::readValueWithFallback(file("primary.ini"), file("fallback.ini"), QStringLiteral("k")),
+        QTEST(env::readValueWithFallback(
+                  file("primary.ini"), [this] { return file("fallback.ini"); }, QStringLiteral("k")),
               "expected");
     }
 
@@ -202,9 +221,9 @@ private slots:
     {
         QDir().mkpath(file("folder.ini"));
         QCOMPARE(env::readValue(file("folder.ini"), QStringLiteral("k")), QString());
-        QCOMPARE(
-            env::readValueWithFallback(file("folder.ini"), fileWith("f.ini", "k=f\n"), QStringLiteral("k")),
-            QStringLiteral("f"));
+        QCOMPARE(env::readValueWithFallback(
+                     file("folder.ini"), [this] { return fileWith("f.ini", "k=f\n"); }, QStringLiteral("k")),
+                 QStringLiteral("f"));
         QCOMPARE(env::childGroups(file("folder.ini")), QStringList());
     }
 };
