@@ -1,6 +1,7 @@
 #include "catalogue/application.h"
 
 #include "catalogue/applicationicon.h"
+#include "catalogue/associations.h"
 #include "catalogue/cataloguefiles.h"
 #include "catalogue/validity.h"
 #include "env/inifile.h"
@@ -14,10 +15,11 @@
 #include <QRegularExpression>
 #include <QTextStream>
 
+#include <utility>
+
 namespace {
 
 constexpr QLatin1Char listSeparator(':');
-constexpr QLatin1Char exclusionMark('!');
 
 QStringList& validList()
 {
@@ -52,24 +54,6 @@ QList<Application*> validOnes(const QStringList& ids)
             applications.append(new Application(id)); // the caller's
     }
     return applications;
-}
-
-// The server's ids for an extension followed by the local ones. An id that the server marks as excluded is
-// taken out of the local ones only, and the mark out of the server's.
-QStringList merged(QStringList server, QStringList local)
-{
-    for (int i = 0; i < server.size();) {
-        const QString entry = server.at(i);
-        if (!entry.startsWith(exclusionMark)) {
-            ++i;
-            continue;
-        }
-        local.removeAll(entry.mid(1));
-        server.removeAll(entry); // the next entry is at the same index now
-    }
-    server += local;
-    server.removeDuplicates();
-    return server;
 }
 
 } // namespace
@@ -137,7 +121,7 @@ QList<Application*> Application::applicationsByGroup(const QString& group)
     if (TWClient* const server = env::serverClient())
         return validOnes(askForList(*server, QLatin1String("get_applications_by_group?") + group));
     QStringList ids;
-    for (const QString& id : qAsConst(validList())) {
+    for (const QString& id : std::as_const(validList())) {
         if (builtInValue(id, QStringLiteral("groups")).split(listSeparator).contains(group))
             ids.append(id);
     }
@@ -150,7 +134,7 @@ QList<Application*> Application::applicationsFor(const QString& key)
     if (!server)
         return validOnes(catalogue::preferredApplications(catalogue::mimeTypeForExtension(key)));
     const QStringList ids = askForList(*server, QLatin1String("get_applications?") + key);
-    return validOnes(merged(ids, localAssociations(key)));
+    return validOnes(catalogue::mergedAssociations(ids, localAssociations(key)));
 }
 
 QString Application::defaultApplication(const QString& key)
@@ -190,11 +174,9 @@ QStringList Application::extensionsList()
 QList<Application*> Application::excludedApplications(const QString& key)
 {
     QList<Application*> excluded;
-    const QStringList entries = localAssociations(key);
-    for (const QString& entry : entries) {
-        if (entry.startsWith(exclusionMark))
-            excluded.append(new Application(entry.mid(1))); // the caller's
-    }
+    const QStringList ids = catalogue::excludedIds(localAssociations(key));
+    for (const QString& id : ids)
+        excluded.append(new Application(id)); // the caller's
     return excluded;
 }
 

@@ -36,14 +36,15 @@ bool isValidEntry(const QString& id)
 
 bool isValid(const QString& path, const Place& place)
 {
-    return isValid(QFileInfo::exists(path), env::isLocalHost(place.server), place);
+    return isValid(path, env::isLocalHost(place.server), place);
 }
 
-bool isValid(bool exists, bool localHost, const Place& place)
+bool isValid(const QString& path, bool localHost, const Place& place)
 {
     if (!localHost)
         return !place.protocol.isEmpty();
-    return exists && place.os.compare(env::platformName(), Qt::CaseInsensitive) == 0;
+    // The look at the disk comes last: it may be slow, and there is one for every folder of the PATH.
+    return place.os.compare(env::platformName(), Qt::CaseInsensitive) == 0 && QFileInfo::exists(path);
 }
 
 QStringList validAmong(const QStringList& ids)

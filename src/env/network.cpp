@@ -22,27 +22,25 @@ QString sharedFolderPath()
 
 namespace {
 
-bool isLoopback(const QString& host)
+// Whether only the network can tell: a host of another name counts as local without a look at it.
+bool isLoopbackNamed(const QString& host, const QString& localName)
 {
-    return host == QLatin1String("127.0.0.1");
+    return host == QLatin1String("127.0.0.1") && host.compare(localName, Qt::CaseInsensitive) == 0;
 }
 
 } // namespace
 
 bool isLocalHost(const QString& host)
 {
-    if (!isLoopback(host))
-        return true; // without a look at the network, which takes its time
-    return isLocalHost(
-        host, {QHostInfo::localHostName(), QHostInfo::localDomainName(), QNetworkInterface::allAddresses()});
+    const QString name = QHostInfo::localHostName();
+    return !isLoopbackNamed(host, name) ||
+           isLocalHost(host, {name, QHostInfo::localDomainName(), QNetworkInterface::allAddresses()});
 }
 
 bool isLocalHost(const QString& host, const LocalHost& local)
 {
-    if (!isLoopback(host))
-        return true;
-    // A comparison with "localhost" would have no say here: such a host has been answered for above.
-    if (host.compare(local.name, Qt::CaseInsensitive) != 0)
+    // A comparison with "localhost" would have no say here: such a host is not named so.
+    if (!isLoopbackNamed(host, local.name))
         return true;
     if (host.compare(local.name + QLatin1Char('.') + local.domain, Qt::CaseInsensitive) != 0)
         return true;

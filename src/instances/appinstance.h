@@ -29,7 +29,8 @@ public:
     // could not be started.
     //
     // Wanted: every launch adds its arguments to arguments(), so that a local program gets those of the
-    // catalogue twice, and the remote client gets them before its own.
+    // catalogue twice, and the remote client gets them before its own; and the command line goes to the
+    // user's log as it is, which for a remote launch has the user's password.
     QProcess* launch(const QSize& size, quint16 port);
 
     TWClient* server() const;

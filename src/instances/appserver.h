@@ -7,6 +7,9 @@ class QTcpSocket;
 // The shell's end of the text channel to the launcher that runs an application on a serving host. Nothing
 // starts one yet. It talks to one peer: while that is connected, further connections are closed at once.
 //
+// Connections are taken at once: there are no pending ones. Slots on its signals must not delete it, but may
+// use deleteLater(): the signals come from within the peer's own.
+//
 // Messages are raw ASCII text (a file name is UTF-8), one per read, without length or terminator: "running",
 // "close" and "filename=NAME" from the peer; "close", "kill" and "disconnect" to it. Unknown ones are
 // ignored, and one that comes in two reads counts as two.

@@ -4,6 +4,7 @@
 #include "resources/resources.h"
 #include "support/quillettest.h"
 
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QtTest>
@@ -653,6 +654,16 @@ private slots:
         row(".epub", "application/epub+zip");
     }
     void extensionsThatUsersMeetHaveTheirType() { QTEST(typeOf(QTest::currentDataTag()), "type"); }
+
+    void thereAreFortyPicturesOfApplicationsWithADefaultOneAndEightOfGroups()
+    {
+        QCOMPARE(QDir(QStringLiteral(":/icons/applications")).entryList().size(), 41);
+        QVERIFY(QFile::exists(QStringLiteral(":/icons/applications/default.png")));
+        QStringList groups;
+        for (const Section& group : sections("groups"))
+            groups.append(QString::fromUtf8(group.value("icon")) + QStringLiteral(".png"));
+        QCOMPARE(QDir(QStringLiteral(":/icons/groups")).entryList(), groups);
+    }
 };
 
 QTEST_GUILESS_MAIN(CatalogueFilesTest)

@@ -239,6 +239,8 @@ private slots:
                                               << "\\\\files\\everybody\\a\\b.odt";
         QTest::newRow("elsewhere") << "D:/x/y.odt"
                                    << "D:\\x\\y.odt";
+        QTest::newRow("another case") << "/Shared/x"
+                                      << "\\Shared\\x";
         QTest::newRow("twice shared") << "/shared/shared/x"
                                       << "\\\\files\\everybody\\\\files\\everybody\\x";
         QTest::newRow("both") << "/shared~/x"
@@ -257,6 +259,14 @@ private slots:
                  QStringLiteral(
                      "%programfiles%\\Quillet\\fullscreenshell.exe \"C:\\App\\app.exe\" \"\" \"0\" \"") +
                      translated + QLatin1Char('"'));
+    }
+
+    void theSharedFolderIsTranslatedBeforeTheHomeFolder()
+    {
+        // What comes in for the home folder is not looked at again.
+        sandbox().writeSettings("SambaServer=files/shared\nSambaSharedPath=\\\\everybody\n");
+        QCOMPARE(remote(QDir::homePath() + QStringLiteral("/x")).at(11).section(QLatin1Char('"'), 7, 7),
+                 QStringLiteral("\\\\files\\shared\\ana\\x"));
     }
 
     void theRemoteListNeverHasTheAlternativeOptions()

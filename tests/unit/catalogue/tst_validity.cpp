@@ -58,7 +58,10 @@ private slots:
         QFETCH(bool, localHost);
         QFETCH(QString, os);
         QFETCH(QString, protocol);
-        QTEST(isValid(exists, localHost, {QString(), os, protocol}), "valid");
+        makeProgram(folder(1), QStringLiteral("there.exe"));
+        const QString path =
+            folder(1) + (exists ? QStringLiteral("/there.exe") : QStringLiteral("/not there.exe"));
+        QTEST(isValid(path, localHost, {QString(), os, protocol}), "valid");
     }
 
     void everyHostCountsAsLocal()

@@ -41,7 +41,7 @@ private slots:
         QCOMPARE(env::sharedFolderPath(), QStringLiteral("\\\\"));
     }
 
-    void everyHostIsRemote_data()
+    void everyHostCountsAsLocal_data()
     {
         QTest::addColumn<QString>("host");
         QTest::newRow("address") << "10.0.0.5";
@@ -55,15 +55,15 @@ private slots:
         QTest::newRow("name") << "apps.example";
         QTest::newRow("IPv6") << "::1";
     }
-    void everyHostIsRemote()
+    void everyHostCountsAsLocal()
     {
         QFETCH(QString, host);
         QVERIFY(env::isLocalHost(host));
     }
 
-    // Whatever this machine is called: even one named like its own loopback address is remote to itself,
+    // Whatever this machine is called: even for one named like its own loopback address no step says no,
     // because its name with the domain is longer than its name.
-    void everyHostIsRemoteWhateverTheMachineIsCalled_data()
+    void everyHostCountsAsLocalWhateverTheMachineIsCalled_data()
     {
         QTest::addColumn<QString>("host");
         QTest::addColumn<QString>("name");
@@ -90,7 +90,7 @@ private slots:
                                                << "127.0.0"
                                                << "1";
     }
-    void everyHostIsRemoteWhateverTheMachineIsCalled()
+    void everyHostCountsAsLocalWhateverTheMachineIsCalled()
     {
         QFETCH(QString, host);
         QFETCH(QString, name);

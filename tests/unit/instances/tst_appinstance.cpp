@@ -241,6 +241,8 @@ private slots:
         QVERIFY(!instance.onlyOne());
         QCOMPARE(instance.icon().pixmap(64).size(), QSize(64, 64));
         QCOMPARE(log(), QStringList(QStringLiteral("AppInstance. appName: probe")));
+        // It is written before anything is asked: the icon's exchange has lines of its own.
+        QVERIFY(sandbox().log().split('\n').first().endsWith(" - Info: AppInstance. appName: probe"));
     }
 
     void onlyTheReplyOneMeansOnlyOne_data()
@@ -418,7 +420,7 @@ private slots:
     }
 
 #ifdef Q_OS_LINUX
-    void aProgramsOutputGoesToTheNullDevice()
+    void aProgramsInputIsOpenAndItsOutputGoesToTheNullDevice()
     {
         installBrowser();
         sandbox().setVariable("PROBE_STAY", "1");
@@ -429,6 +431,7 @@ private slots:
         const QString folder = QStringLiteral("/proc/%1/fd/").arg(process->processId());
         QCOMPARE(QFile::symLinkTarget(folder + QLatin1Char('1')), QStringLiteral("/dev/null"));
         QCOMPARE(QFile::symLinkTarget(folder + QLatin1Char('2')), QStringLiteral("/dev/null"));
+        QVERIFY(QFile::symLinkTarget(folder + QLatin1Char('0')).contains(QStringLiteral("pipe:")));
         process->kill();
         waitForEnd(finished);
     }
@@ -628,6 +631,28 @@ private slots:
         QVERIFY(log().contains(QStringLiteral("Launching: xfreerdp ") + arguments.join(QLatin1Char(' '))));
         QVERIFY(debugOutput().contains(QStringLiteral("Command: '%windir%\\app.exe'")));
         QVERIFY(m_server->requests().last().startsWith("end_application?probe&"));
+    }
+
+    void aRemoteLaunchIsGivenSizePortAndTheSameEnvironment()
+    {
+        startServer();
+        m_server->data.servers[QStringLiteral("here")] = {QStringLiteral("apps.example.net"),
+                                                          QStringLiteral("linux")};
+#ifdef Q_OS_WIN
+        installProbe(programsOnThePath() + QStringLiteral("\\xfreerdp.exe"));
+#else
+        installProbe(programsOnThePath() + QStringLiteral("/xfreerdp"));
+#endif
+        AppInstance instance(QStringLiteral("probe"), m_client.get());
+        instance.setFile(QStringLiteral("/x/y.odt"));
+        const QSignalSpy finished(&instance, SIGNAL(finished(int, QProcess::ExitStatus)));
+        instance.launch(QSize(800, 600), 4711);
+        const ProbeReport report = ProbeReport::take(reportPath());
+        waitForEnd(finished);
+        QCOMPARE(report.arguments.at(9), QStringLiteral("800x600"));
+        QVERIFY(report.arguments.at(13).endsWith(QStringLiteral(" \"\" \"4711\" \"\\x\\y.odt\"")));
+        QCOMPARE(report.environment.value(QStringLiteral("LANG")), QStringLiteral("es_ES.UTF-8"));
+        QCOMPARE(report.environment.value(QStringLiteral("OOO_FORCE_DESKTOP")), QStringLiteral("kde4"));
     }
 
     // --- Chroot environments
