@@ -140,7 +140,9 @@ QList<Application*> Application::applicationsFor(const QString& key)
 QString Application::defaultApplication(const QString& key)
 {
     const QList<Application*> applications = applicationsFor(key);
-    const QString id = applications.isEmpty() ? QString() : applications.first()->id();
+    QString id;
+    if (!applications.isEmpty())
+        id = applications.first()->id();
     qDeleteAll(applications);
     return id;
 }

@@ -44,7 +44,7 @@ QByteArray bareLine(const QString& path)
     QFile file(catalogue::extensionsPath());
     file.open(QIODevice::ReadOnly);
     while (!file.atEnd()) {
-        const QByteArray line = file.readLine();
+        QByteArray line = file.readLine();
         if (line.startsWith(".pdf"))
             return line;
     }

@@ -20,7 +20,7 @@ class LookupsTest : public QuilletTest
 
     QString file(const QString& name)
     {
-        const QString path = sandbox().scratch() + QLatin1Char('/') + name;
+        QString path = sandbox().scratch() + QLatin1Char('/') + name;
         Sandbox::writeFile(path, "x");
         return path;
     }

@@ -26,10 +26,10 @@ private slots:
         QVERIFY(env::readValue(path, QString()).isNull());
         QVERIFY(env::readValue(path, QLatin1String("")).isNull());
         QVERIFY(env::readValueWithFallback(
-                    path, [&] { return path; }, QString())
+                    path, [this] { return file("a.ini"); }, QString())
                     .isNull());
         QVERIFY(env::readValueWithFallback(
-                    path, [&] { return path; }, QLatin1String(""))
+                    path, [this] { return file("a.ini"); }, QLatin1String(""))
                     .isNull());
     }
 

@@ -23,25 +23,20 @@ class AppInstanceTest : public QuilletTest
 
     // Puts the probe where `path`, written as on Windows, leads. (Elsewhere a backslash is a letter like any
     // other.)
-    static void installProbe(QString path)
+    static void installProbe(const QString& nativePath)
     {
-#ifdef Q_OS_WIN
-        path = QDir::fromNativeSeparators(path);
-#endif
+        const QString path = QDir::fromNativeSeparators(nativePath);
         QDir().mkpath(QFileInfo(path).path());
         if (!QFile::copy(QStringLiteral(PROBE), path))
             qFatal("cannot copy the probe to %s", qPrintable(path));
     }
 
-    QString reportPath()
-    {
-        return sandbox().scratch() + QStringLiteral("/report");
-    }
+    QString reportPath() { return sandbox().scratch() + QStringLiteral("/report"); }
 
     // A folder that is alone in the PATH.
     QString programsOnThePath()
     {
-        const QString folder = sandbox().scratch() + QStringLiteral("/bin");
+        QString folder = sandbox().scratch() + QStringLiteral("/bin");
         QDir().mkpath(folder);
         sandbox().setVariable("PATH", QDir::toNativeSeparators(folder).toLocal8Bit());
         return folder;
@@ -90,10 +85,7 @@ class AppInstanceTest : public QuilletTest
     }
 
     // The requests from now on.
-    QList<QByteArray> requestsSince(int count)
-    {
-        return m_server->requests().mid(count);
-    }
+    QList<QByteArray> requestsSince(int count) { return m_server->requests().mid(count); }
 
     static void waitForEnd(const QSignalSpy& finished)
     {
@@ -105,16 +97,13 @@ class AppInstanceTest : public QuilletTest
     {
         const QSignalSpy finished(&instance, SIGNAL(finished(int, QProcess::ExitStatus)));
         instance.launch(QSize(), 0);
-        const ProbeReport report = ProbeReport::take(reportPath());
+        ProbeReport report = ProbeReport::take(reportPath());
         waitForEnd(finished);
         return report;
     }
 
 private slots:
-    void initTestCase()
-    {
-        qRegisterMetaType<QProcess::ExitStatus>("QProcess::ExitStatus");
-    } // for the spies
+    void initTestCase() { qRegisterMetaType<QProcess::ExitStatus>("QProcess::ExitStatus"); } // for the spies
 
     void init()
     {
