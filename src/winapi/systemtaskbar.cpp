@@ -6,13 +6,27 @@
 
 namespace winapi {
 
-void restoreSystemTaskBar()
+namespace {
+
+void setState(LPARAM state)
 {
     APPBARDATA data = {};
     data.cbSize = sizeof data; // 48
     data.hWnd = FindWindowW(L"System_TrayWnd", nullptr);
-    data.lParam = ABS_ALWAYSONTOP;
+    data.lParam = state;
     SHAppBarMessage(ABM_SETSTATE, &data);
+}
+
+} // namespace
+
+void hideSystemTaskBar()
+{
+    setState(ABS_AUTOHIDE);
+}
+
+void restoreSystemTaskBar()
+{
+    setState(ABS_ALWAYSONTOP);
 }
 
 } // namespace winapi

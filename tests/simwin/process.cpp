@@ -118,6 +118,17 @@ LPWSTR* WINAPI CommandLineToArgvW(LPCWSTR commandLine, int* count)
     return block;
 }
 
+HLOCAL WINAPI LocalAlloc(UINT flags, SIZE_T size)
+{
+    State& windows = simwin::state();
+    const QMutexLocker locker(&windows.lock);
+    if (!simwin::enter(windows, "LocalAlloc", {QString::number(flags), QString::number(size)}))
+        return nullptr;
+    void* const memory = std::malloc(size);
+    windows.localBlocks.insert(memory);
+    return memory;
+}
+
 HLOCAL WINAPI LocalFree(HLOCAL memory)
 {
     State& windows = simwin::state();

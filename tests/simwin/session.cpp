@@ -2,6 +2,7 @@
 #include "state.h"
 
 #include <shellapi.h>
+#include <wtsapi32.h>
 
 using simwin::State;
 
@@ -14,7 +15,29 @@ void setWindowOfClass(const QString& className, quintptr window)
     windows.windowsByClass.insert(className, window);
 }
 
+void sessionEvent(DWORD events)
+{
+    State& windows = state();
+    const QMutexLocker locker(&windows.lock);
+    windows.sessionEvents |= events;
+    windows.sessionEventHappened.wakeOne();
+}
+
 } // namespace simwin
+
+BOOL WINAPI WTSWaitSystemEvent(HANDLE server, DWORD mask, DWORD* events)
+{
+    State& windows = simwin::state();
+    const QMutexLocker locker(&windows.lock);
+    if (!simwin::enter(windows, "WTSWaitSystemEvent",
+                       {QString::number(reinterpret_cast<UINT_PTR>(server)), QString::number(mask, 16)}))
+        return FALSE;
+    while (!(windows.sessionEvents & mask))
+        windows.sessionEventHappened.wait(&windows.lock);
+    *events = windows.sessionEvents & mask;
+    windows.sessionEvents &= ~mask;
+    return TRUE;
+}
 
 HWND WINAPI FindWindowW(LPCWSTR className, LPCWSTR title)
 {

@@ -11,7 +11,8 @@
 
 namespace simwin {
 
-// Back to a fresh Windows: no failures, no recorded calls, a user outside the Administrators group.
+// Back to a fresh Windows: no failures, no recorded calls, no windows, the drives A: and C:, a user outside
+// the Administrators group. Nobody may be waiting in a call.
 void reset();
 
 // --- Calls
@@ -27,6 +28,9 @@ QList<Call> calls();
 // The names alone.
 QList<QByteArray> callNames();
 
+// Whether calls are kept for calls(). They are; a test that makes a great many may do without.
+void setRecording(bool records);
+
 // Lets the next `times` calls of `function` fail with `error` (for ever when negative).
 void fail(const QByteArray& function, DWORD error, int times = -1);
 
@@ -37,6 +41,54 @@ void setCommandLine(const QString& commandLine);
 
 // Blocks that the program was given and has not freed with LocalFree.
 int localBlocks();
+
+// --- Windows
+//
+// A window is its HWND's value. Tests open, change and close windows with the calls of Windows itself, as
+// other programs would: CreateWindowExW, SetWindowTextW, SetWindowLongW, ShowWindow, DestroyWindow. What
+// those cannot do stands here. The z-order is the order of enumeration: what is opened or brought to the top
+// comes first.
+
+// The next window gets this handle; one that is in use is not given twice.
+void setNextHandle(qlonglong handle);
+
+// Whose windows are opened from now on; at first a process of somebody else's. (Windows itself would open
+// them for this process.) Titles of this process's own windows are answered by the GUI thread, when it
+// processes events.
+constexpr DWORD otherProcess = 5000;
+void setCurrentWindowProcess(DWORD process);
+
+// Qt's desktop widget has this handle; it counts as Windows' own desktop.
+void setDesktopWidget(qlonglong handle);
+
+// The windows from the top down, hidden ones included.
+QList<qlonglong> topLevelWindows();
+DWORD styleOf(qlonglong window);
+
+// A window that is asked to close does so, unless it refuses.
+void setRefusesToClose(qlonglong window, bool refuses);
+
+// What SystemParametersInfoW set; empty at first.
+RECT workArea();
+
+// --- Drives and network resources
+
+// Drives besides those that network resources stand for: their letters, "AC" at first.
+void setLocalDrives(const QByteArray& letters);
+
+// A connected disk resource. `localName` may be empty, or null to be no string at all.
+void addNetworkResource(const QString& remoteName, const QString& localName = QString());
+// Local names and remote names of the connected resources, in their order.
+QList<QPair<QString, QString>> networkResources();
+// How many entries a page of an enumeration holds; everything at first.
+void setNetworkPageSize(int entries);
+// From now on an enumeration never ends: after its last entry it starts again.
+void setEndlessNetwork(bool endless);
+
+// --- Sessions
+
+// Something happened to sessions of this machine (WTS_EVENT_...). What nobody waited for yet comes together.
+void sessionEvent(DWORD events);
 
 // --- Windows' own shell
 

@@ -12,7 +12,8 @@ State& state()
 
 bool enter(State& windows, const char* function, const QStringList& arguments)
 {
-    windows.calls.append({function, arguments});
+    if (windows.recording)
+        windows.calls.append({function, arguments});
     const auto failure = windows.failures.find(function);
     if (failure == windows.failures.end() || failure->times == 0)
         return true;
@@ -34,6 +35,26 @@ void reset()
     windows.localBlocks.clear();
     windows.windowsByClass.clear();
     windows.groups.clear();
+    windows.recording = true;
+    windows.windows.clear();
+    windows.zOrder.clear();
+    windows.nextHandle = 0x20000;
+    windows.windowProcess = otherProcess;
+    windows.desktopWidget = 0;
+    windows.workArea = {};
+    windows.localDrives = "AC";
+    windows.resources.clear();
+    windows.networkPageSize = 0;
+    windows.endlessNetwork = false;
+    windows.enumerations.clear();
+    windows.sessionEvents = 0;
+}
+
+void setRecording(bool records)
+{
+    State& windows = state();
+    const QMutexLocker locker(&windows.lock);
+    windows.recording = records;
 }
 
 QList<Call> calls()

@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QMutex>
 #include <QSet>
+#include <QWaitCondition>
 
 #include <vector>
 
@@ -17,14 +18,58 @@ struct Failure
     int times = 0; // negative: for ever
 };
 
+struct Window
+{
+    qlonglong parent = 0; // 0: a top-level window
+    qlonglong owner = 0;  // of a top-level window; goes with it
+    DWORD process = 0;
+    DWORD style = 0;
+    DWORD extendedStyle = 0;
+    QString title;
+    bool refusesToClose = false;
+};
+
+struct NetworkResource
+{
+    QString remoteName;
+    QString localName;
+};
+
+// What was there when it was opened, and how far it has come.
+struct Enumeration
+{
+    QList<NetworkResource> resources;
+    int next = 0;
+};
+
+// The desktop's own window.
+constexpr qlonglong desktopHandle = 0x10010;
+
 struct State
 {
     QMutex lock; // guards everything below
     QList<Call> calls;
+    bool recording = true;
     QHash<QByteArray, Failure> failures;
     std::vector<WCHAR> commandLine; // with its terminating zero
     QSet<void*> localBlocks;
     QHash<QString, quintptr> windowsByClass;
+
+    QHash<qlonglong, Window> windows;
+    QList<qlonglong> zOrder; // of all windows, children too, from the top down
+    qlonglong nextHandle = 0;
+    DWORD windowProcess = otherProcess; // of the windows that are opened
+    qlonglong desktopWidget = 0;
+    RECT workArea = {};
+
+    QByteArray localDrives;
+    QList<NetworkResource> resources;
+    int networkPageSize = 0; // 0: no limit
+    bool endlessNetwork = false;
+    QHash<void*, Enumeration> enumerations; // that are open
+
+    QWaitCondition sessionEventHappened;
+    DWORD sessionEvents = 0; // not yet waited for
     QSet<QByteArray> groups; // SIDs of the token's enabled groups, in binary form
 };
 

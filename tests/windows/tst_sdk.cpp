@@ -7,6 +7,8 @@
 #include <windows.h>
 
 #include <shellapi.h>
+#include <winnetwk.h>
+#include <wtsapi32.h>
 
 #include <cstddef>
 #include <type_traits>
@@ -15,12 +17,16 @@
     static_assert(static_cast<unsigned long long>(name) == static_cast<unsigned long long>(value), #name);
 #include "../simwin/include/shellapi_constants.def"
 #include "../simwin/include/windows_constants.def"
+#include "../simwin/include/winnetwk_constants.def"
+#include "../simwin/include/wtsapi32_constants.def"
 #undef SIMWIN_CONSTANT
 
 #define SIMWIN_FUNCTION(result, name, parameters)                                                            \
     static_assert(std::is_same_v<decltype(&name), result(WINAPI*) parameters>, #name);
 #include "../simwin/include/shellapi_functions.def"
 #include "../simwin/include/windows_functions.def"
+#include "../simwin/include/winnetwk_functions.def"
+#include "../simwin/include/wtsapi32_functions.def"
 #undef SIMWIN_FUNCTION
 
 static_assert(sizeof(BOOL) == 4 && std::is_signed_v<BOOL>);
@@ -38,6 +44,10 @@ static_assert(sizeof(LRESULT) == 8 && std::is_signed_v<LRESULT>);
 static_assert(sizeof(WCHAR) == 2);
 static_assert(sizeof(HANDLE) == 8);
 static_assert(sizeof(RECT) == 16 && offsetof(RECT, right) == 8);
+static_assert(sizeof(WINDOWINFO) == 60 && offsetof(WINDOWINFO, dwStyle) == 36 &&
+              offsetof(WINDOWINFO, dwExStyle) == 40 && offsetof(WINDOWINFO, wCreatorVersion) == 58);
+static_assert(sizeof(NETRESOURCEW) == 48 && offsetof(NETRESOURCEW, lpLocalName) == 16 &&
+              offsetof(NETRESOURCEW, lpRemoteName) == 24);
 static_assert(sizeof(APPBARDATA) == 48 && offsetof(APPBARDATA, hWnd) == 8 &&
               offsetof(APPBARDATA, lParam) == 40);
 

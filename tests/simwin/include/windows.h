@@ -3,6 +3,7 @@
 // tests/windows/tst_sdk.cpp holds every line of the .def files against the real SDK.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #define WINAPI
@@ -34,11 +35,15 @@ using LPBOOL = BOOL*;
 using LPDWORD = DWORD*;
 using LPVOID = void*;
 using PSID = void*;
+using SIZE_T = std::size_t;
+using ATOM = WORD;
 
 using HANDLE = void*;
 using HLOCAL = HANDLE;
 using HINSTANCE = struct SimulatedInstance*;
 using HWND = struct SimulatedWindow*;
+using HMENU = struct SimulatedMenu*;
+using WNDENUMPROC = BOOL (*)(HWND window, LPARAM context);
 
 struct RECT
 {
@@ -47,6 +52,21 @@ struct RECT
     LONG right;
     LONG bottom;
 };
+
+struct WINDOWINFO
+{
+    DWORD cbSize;
+    RECT rcWindow;
+    RECT rcClient;
+    DWORD dwStyle;
+    DWORD dwExStyle;
+    DWORD dwWindowStatus;
+    UINT cxWindowBorders;
+    UINT cyWindowBorders;
+    ATOM atomWindowType;
+    WORD wCreatorVersion;
+};
+using PWINDOWINFO = WINDOWINFO*;
 
 #define TRUE 1
 #define FALSE 0
