@@ -447,12 +447,14 @@ BOOL WINAPI SystemParametersInfoW(UINT action, UINT parameter, LPVOID data, UINT
 {
     State& windows = simwin::state();
     const QMutexLocker locker(&windows.lock);
-    const RECT* const area = static_cast<const RECT*>(data);
+    RECT* const area = static_cast<RECT*>(data);
     if (!simwin::enter(
             windows, "SystemParametersInfoW",
             text(windows, {action, parameter, area->left, area->top, area->right, area->bottom, flags})))
         return FALSE;
     if (action == SPI_SETWORKAREA)
         windows.workArea = *area;
+    else
+        *area = windows.workArea;
     return TRUE;
 }
