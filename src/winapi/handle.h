@@ -1,20 +1,21 @@
-// Window handles as the program passes them around, and as Windows knows them. For src/winapi/*.cpp alone.
+// Window handles as the program passes them around, and as Windows knows them (HWND). For src/winapi/*.cpp
+// alone.
 #pragma once
-
-#include <windows.h>
 
 #include <QtGlobal>
 
 namespace winapi {
 
-inline HWND toHandle(qlonglong window)
+template <typename Handle>
+Handle toHandle(qlonglong window)
 {
-    return reinterpret_cast<HWND>(static_cast<LONG_PTR>(window));
+    return reinterpret_cast<Handle>(static_cast<qintptr>(window));
 }
 
-inline qlonglong fromHandle(HWND window)
+template <typename Handle>
+qlonglong fromHandle(Handle window)
 {
-    return static_cast<qlonglong>(reinterpret_cast<LONG_PTR>(window));
+    return static_cast<qlonglong>(reinterpret_cast<qintptr>(window));
 }
 
 } // namespace winapi

@@ -4,6 +4,8 @@
 
 #include <winnetwk.h>
 
+#include <QPair>
+#include <QSet>
 #include <QStringList>
 
 #include <memory>
@@ -15,6 +17,7 @@ namespace {
 constexpr DWORD rootsSize = 260;  // UTF-16 units
 constexpr int rootSize = 4;       // of "C:\" and its terminator
 constexpr DWORD pageSize = 65536; // bytes
+constexpr DWORD mostEntries = pageSize / sizeof(NETRESOURCEW);
 constexpr DWORD everyEntry = 0xFFFFFFFF;
 // No session has this many: an enumeration that goes on is one that does not end.
 constexpr int mostPages = 1000;
@@ -60,17 +63,23 @@ void forEachPageOfDiskResources(const std::function<void(const QList<NetworkReso
     // Windows itself refuses a handle or a buffer that is null.
     const std::unique_ptr<void, CloseEnumeration> handle(opened);
     const std::unique_ptr<void, FreeLocal> buffer(LocalAlloc(LMEM_FIXED, pageSize));
+    QSet<QPair<QString, QString>> seen;
     DWORD result = ERROR_MORE_DATA;
     for (int page = 0; result == ERROR_MORE_DATA && page < mostPages; ++page) {
         DWORD count = everyEntry;
         DWORD size = pageSize;
         result = WNetEnumResourceW(opened, &count, buffer.get(), &size);
-        if (result != NO_ERROR && result != ERROR_MORE_DATA)
+        if ((result != NO_ERROR && result != ERROR_MORE_DATA) || count > mostEntries)
             break;
         const auto* const entries = static_cast<const NETRESOURCEW*>(buffer.get());
         QList<NetworkResource> resources;
-        for (DWORD i = 0; i < count; ++i)
+        const int before = seen.size();
+        for (DWORD i = 0; i < count; ++i) {
             resources.append({text(entries[i].lpLocalName), text(entries[i].lpRemoteName)});
+            seen.insert({resources.last().localName, resources.last().remoteName});
+        }
+        if (result == ERROR_MORE_DATA && seen.size() == before)
+            break; // it has begun anew
         take(resources);
     }
 }

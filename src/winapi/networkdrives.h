@@ -15,7 +15,8 @@ struct NetworkResource
     QString remoteName; // "\\tsclient\C"
 };
 
-// Goes through the connected disk resources, a page at a time, as Windows gives them out.
+// Goes through the connected disk resources, a page at a time, as Windows gives them out. Ends early when a
+// page announces more but has nothing that has not been there before, and after 1,000 pages.
 void forEachPageOfDiskResources(const std::function<void(const QList<NetworkResource>&)>& take);
 
 // The first letter from E to Z that no drive has, with its colon; null when all are taken.

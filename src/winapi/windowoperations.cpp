@@ -3,9 +3,13 @@
 #include "env/settings.h"
 #include "winapi/handle.h"
 
+#include <windows.h>
+
 #include <QApplication>
 #include <QDesktopWidget>
 #include <QProcess>
+
+#include <algorithm>
 
 namespace winapi {
 
@@ -42,7 +46,7 @@ BOOL CALLBACK addWindow(HWND window, LPARAM context)
 
 bool isApplicationWindow(qlonglong window)
 {
-    const HWND handle = toHandle(window);
+    const HWND handle = toHandle<HWND>(window);
     const HWND parent = GetAncestor(handle, GA_PARENT);
     if (parent && parent != GetDesktopWindow())
         return false;
@@ -55,34 +59,38 @@ bool isApplicationWindow(qlonglong window)
 
 void bringWindowToFront(qlonglong window, bool force)
 {
-    const HWND handle = toHandle(window);
+    const HWND handle = toHandle<HWND>(window);
     ShowWindow(handle, IsIconic(handle) ? SW_RESTORE : SW_SHOW);
     BringWindowToTop(handle);
     if (force || !env::standardWindowManager())
         ShowWindow(handle, SW_MAXIMIZE);
 }
 
+// A message to no window would go to this thread's own queue.
 void closeWindow(qlonglong window)
 {
-    PostMessageW(toHandle(window), WM_SYSCOMMAND, SC_CLOSE, 0);
+    if (window == 0)
+        return;
+    PostMessageW(toHandle<HWND>(window), WM_SYSCOMMAND, SC_CLOSE, 0);
 }
 
 bool quitWindow(qlonglong window)
 {
-    return PostMessageW(toHandle(window), WM_QUIT, 0, 0);
+    return window != 0 && PostMessageW(toHandle<HWND>(window), WM_QUIT, 0, 0);
 }
 
 quint32 windowProcessId(qlonglong window)
 {
     DWORD id = 0;
-    GetWindowThreadProcessId(toHandle(window), &id);
+    GetWindowThreadProcessId(toHandle<HWND>(window), &id);
     return id;
 }
 
 QString windowTitle(qlonglong window)
 {
-    WCHAR title[titleLimit + 1];
-    const int length = GetWindowTextW(toHandle(window), title, titleLimit);
+    WCHAR title[titleLimit + 1] = {};
+    // A window of this process answers with whatever length its window procedure likes.
+    const int length = std::min(GetWindowTextW(toHandle<HWND>(window), title, titleLimit), titleLimit - 1);
     return length < 1 ? QString() : QString::fromWCharArray(title, length);
 }
 
@@ -96,7 +104,7 @@ QList<qlonglong> enumerateWindows(qlonglong desktopWidget, const QProcess* proce
     Enumeration enumeration{process, {}};
     const auto context = reinterpret_cast<LPARAM>(&enumeration);
     EnumWindows(addWindow, context);
-    EnumChildWindows(toHandle(desktopWidget), addWindow, context);
+    EnumChildWindows(toHandle<HWND>(desktopWidget), addWindow, context);
     return enumeration.windows;
 }
 

@@ -1,7 +1,9 @@
-// What can be asked of a native window and done to it. A window is its HWND's value, unchanged. A window that
-// is gone is no failure: nothing happens, and what is asked comes back empty. The functions run on the
-// caller's thread; titles of windows of this process are answered by the GUI thread, which must be running
-// its event loop.
+// What can be asked of a native window and done to it. A window is its HWND's value. A window that is gone,
+// or 0, is no failure: nothing happens, and what is asked comes back empty.
+//
+// The functions run on the caller's thread. A title is answered by the thread that owns the window when it is
+// one of this process's, and showing or maximising a window waits for its thread: both take as long as that
+// is busy.
 #pragma once
 
 #include <QList>

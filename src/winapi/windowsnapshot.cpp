@@ -45,17 +45,6 @@ void append(QList<WindowEvent>& events, WindowEvent::Kind kind, const QList<qlon
 
 } // namespace
 
-bool operator==(const WindowSnapshot& a, const WindowSnapshot& b)
-{
-    return a.windows == b.windows && a.styles == b.styles && a.extendedStyles == b.extendedStyles &&
-           a.titles == b.titles;
-}
-
-bool operator!=(const WindowSnapshot& a, const WindowSnapshot& b)
-{
-    return !(a == b);
-}
-
 bool operator==(const WindowEvent& a, const WindowEvent& b)
 {
     return a.kind == b.kind && a.window == b.window;

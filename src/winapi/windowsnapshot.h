@@ -15,9 +15,6 @@ struct WindowSnapshot
     QStringList titles;
 };
 
-bool operator==(const WindowSnapshot& a, const WindowSnapshot& b);
-bool operator!=(const WindowSnapshot& a, const WindowSnapshot& b);
-
 // How one snapshot differs from the one before.
 struct WindowChanges
 {

@@ -3,13 +3,12 @@
 #include "winapi/handle.h"
 #include "winapi/windowoperations.h"
 
+#include <windows.h>
+
 #include <QSet>
 
 namespace winapi {
 
-namespace {
-
-// Each window once, at its first place.
 QList<qlonglong> withoutRepetitions(const QList<qlonglong>& windows)
 {
     QList<qlonglong> once;
@@ -24,7 +23,7 @@ QList<qlonglong> withoutRepetitions(const QList<qlonglong>& windows)
     return once;
 }
 
-WindowSnapshot inspect(const QList<qlonglong>& windows)
+WindowSnapshot inspectWindows(const QList<qlonglong>& windows)
 {
     WindowSnapshot snapshot;
     snapshot.windows = windows;
@@ -34,19 +33,12 @@ WindowSnapshot inspect(const QList<qlonglong>& windows)
     for (const qlonglong window : windows) {
         WINDOWINFO info = {};
         info.cbSize = sizeof info;
-        GetWindowInfo(toHandle(window), &info);
+        GetWindowInfo(toHandle<HWND>(window), &info);
         snapshot.styles.append(info.dwStyle);
         snapshot.extendedStyles.append(info.dwExStyle);
         snapshot.titles.append(windowTitle(window));
     }
     return snapshot;
-}
-
-} // namespace
-
-WindowSnapshot takeSnapshot(qlonglong desktopWidget)
-{
-    return inspect(withoutRepetitions(enumerateWindows(desktopWidget)));
 }
 
 WindowTracker::WindowTracker(qlonglong desktopWidget)
@@ -57,7 +49,8 @@ QList<WindowEvent> WindowTracker::poll()
 {
     const QList<qlonglong> enumerated = enumerateWindows(m_desktopWidget);
     const bool sameWindows = enumerated == m_enumerated; // as nearly always
-    const WindowSnapshot now = inspect(sameWindows ? m_snapshot.windows : withoutRepetitions(enumerated));
+    const WindowSnapshot now =
+        inspectWindows(sameWindows ? m_snapshot.windows : withoutRepetitions(enumerated));
     QList<WindowEvent> events;
     if (!m_first)
         events = eventsOf(changesBetween(m_snapshot, now), now);

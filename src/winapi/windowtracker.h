@@ -4,9 +4,11 @@
 
 namespace winapi {
 
-// The windows now: those of enumerateWindows(), each once, at its first place. A window that vanishes
-// meanwhile has no flags and no title.
-WindowSnapshot takeSnapshot(qlonglong desktopWidget);
+// Each window of an enumeration once, at its first place.
+QList<qlonglong> withoutRepetitions(const QList<qlonglong>& windows);
+
+// Styles and titles of these windows now. One that has vanished meanwhile has no flags and no title.
+WindowSnapshot inspectWindows(const QList<qlonglong>& windows);
 
 // Compares the windows of every poll with those of the one before. Lives on the thread that polls.
 class WindowTracker

@@ -35,7 +35,8 @@ public slots:
     //
     // Wanted: the edges are the rectangle's inclusive ones.
     void resize(QRect rect);
-    // Ends the thread at its next look, within 300 ms. May be called on any thread.
+    // Ends the thread before its next look; it may sleep for 300 ms yet, or wait for a title. A stop before
+    // the thread has begun to run is forgotten. May be called on any thread.
     void stop();
 
 protected:

@@ -95,7 +95,6 @@ int main(int argc, char** argv)
     const std::vector<size_t> numbers = {10, 100, 500, 2000};
     simwin::reset();
     simwin::setRecording(false);
-    simwin::setDesktopWidget(winapi::desktopWidgetWindow());
     measureMemory();
     g_windows.clear();
 #endif

@@ -33,51 +33,35 @@ void setNextHandle(qlonglong handle)
     windows.nextHandle = handle;
 }
 
-void setCurrentWindowProcess(DWORD process)
+DWORD setCurrentWindowProcess(DWORD process)
 {
     State& windows = state();
     const QMutexLocker locker(&windows.lock);
-    windows.windowProcess = process;
-}
-
-void setDesktopWidget(qlonglong handle)
-{
-    State& windows = state();
-    const QMutexLocker locker(&windows.lock);
-    windows.desktopWidget = handle;
-}
-
-QList<qlonglong> topLevelWindows()
-{
-    State& windows = state();
-    const QMutexLocker locker(&windows.lock);
-    return family(windows).value(0);
-}
-
-DWORD styleOf(qlonglong window)
-{
-    State& windows = state();
-    const QMutexLocker locker(&windows.lock);
-    return windows.windows.value(window).style;
+    std::swap(windows.windowProcess, process);
+    return process;
 }
 
 void setRefusesToClose(qlonglong window, bool refuses)
 {
     State& windows = state();
     const QMutexLocker locker(&windows.lock);
-    windows.windows[window].refusesToClose = refuses;
+    const auto found = windows.windows.find(window);
+    if (found != windows.windows.end())
+        found->refusesToClose = refuses;
 }
 
-RECT workArea()
+void setAnsweredTitleLength(int length)
 {
     State& windows = state();
     const QMutexLocker locker(&windows.lock);
-    return windows.workArea;
+    windows.answeredTitleLength = length;
 }
 
 } // namespace simwin
 
 namespace {
+
+constexpr DWORD desktopStyle = WS_POPUP | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN;
 
 qlonglong number(HWND window)
 {
@@ -109,11 +93,6 @@ Window* find(State& windows, HWND window)
     return nullptr;
 }
 
-bool isDesktop(const State& windows, HWND window)
-{
-    return number(window) == simwin::desktopHandle || (window && number(window) == windows.desktopWidget);
-}
-
 // Everything below `parent`: each child, then everything below that.
 void addDescendants(const QHash<qlonglong, QList<qlonglong>>& children, qlonglong parent,
                     QList<qlonglong>& list)
@@ -137,18 +116,42 @@ BOOL callBack(const QList<qlonglong>& list, WNDENUMPROC callback, LPARAM context
     return TRUE;
 }
 
-// With everything below it and the windows that it owns.
+// With everything below it and every window that one of them owns.
 void destroy(State& windows, qlonglong window)
 {
     QList<qlonglong> gone = {window};
-    addDescendants(family(windows), window, gone);
-    for (const qlonglong other : qAsConst(windows.zOrder)) {
-        if (windows.windows.constFind(other)->owner == window)
-            gone.append(other);
+    for (int i = 0; i < gone.size(); ++i) {
+        for (const qlonglong other : qAsConst(windows.zOrder)) {
+            const Window& candidate = *windows.windows.constFind(other);
+            if ((candidate.parent == gone.at(i) || candidate.owner == gone.at(i)) && !gone.contains(other))
+                gone.append(other);
+        }
     }
     for (const qlonglong one : qAsConst(gone)) {
         windows.windows.remove(one);
         windows.zOrder.removeAll(one);
+    }
+}
+
+// Lets the windows see what was posted to them.
+void deliverPosted(State& windows)
+{
+    while (!windows.posted.isEmpty()) {
+        const simwin::PostedMessage posted = windows.posted.takeFirst();
+        const auto found = windows.windows.constFind(posted.window);
+        if (found == windows.windows.constEnd())
+            continue;
+        if (posted.message == WM_SYSCOMMAND && posted.wParam == SC_CLOSE && !found->refusesToClose &&
+            !(found->style & WS_DISABLED))
+            destroy(windows, posted.window);
+        if (posted.message == WM_QUIT) {
+            const DWORD process = found->process;
+            const QList<qlonglong> all = windows.zOrder;
+            for (const qlonglong window : all) {
+                if (windows.windows.contains(window) && windows.windows[window].process == process)
+                    destroy(windows, window);
+            }
+        }
     }
 }
 
@@ -186,6 +189,12 @@ HWND WINAPI CreateWindowExW(DWORD extendedStyle, LPCWSTR className, LPCWSTR titl
     const QMutexLocker locker(&windows.lock);
     if (!simwin::enter(windows, "CreateWindowExW", {QString::fromWCharArray(className)}))
         return nullptr;
+    if (!parent && (style & WS_CHILD)) {
+        SetLastError(ERROR_TLW_WITH_WSCHILD);
+        return nullptr;
+    }
+    if (parent && !find(windows, parent))
+        return nullptr;
     while (windows.windows.contains(windows.nextHandle) || windows.nextHandle == simwin::desktopHandle)
         windows.nextHandle += 2;
     const qlonglong window = windows.nextHandle;
@@ -202,9 +211,13 @@ HWND WINAPI CreateWindowExW(DWORD extendedStyle, LPCWSTR className, LPCWSTR titl
         properties.parent = number(parent);
     else
         properties.owner = number(parent);
+    properties.className = QString::fromWCharArray(className);
     properties.title = title ? QString::fromWCharArray(title) : QString();
     windows.windows.insert(window, properties);
-    windows.zOrder.prepend(window);
+    if (style & WS_CHILD)
+        windows.zOrder.append(window); // beneath its siblings
+    else
+        windows.zOrder.prepend(window);
     return handle(window);
 }
 
@@ -252,6 +265,8 @@ LONG WINAPI GetWindowLongW(HWND window, int index)
     const QMutexLocker locker(&windows.lock);
     if (!simwin::enter(windows, "GetWindowLongW", text(windows, {number(window), index})))
         return 0;
+    if (number(window) == simwin::desktopHandle)
+        return index == GWL_STYLE ? static_cast<LONG>(desktopStyle) : 0;
     const Window* const found = find(windows, window);
     if (!found)
         return 0;
@@ -273,14 +288,18 @@ BOOL WINAPI ShowWindow(HWND window, int command)
         return wasVisible;
     }
     found->style |= WS_VISIBLE;
-    if (command != SW_MINIMIZE)
-        raise(windows, number(window)); // it becomes the active one
+    const bool wasMinimised = found->style & WS_MINIMIZE;
+    if (command == SW_MINIMIZE && !wasMinimised)
+        found->wasMaximised = found->style & WS_MAXIMIZE;
     if (command == SW_MINIMIZE || command == SW_RESTORE || command == SW_MAXIMIZE)
         found->style &= ~(WS_MINIMIZE | WS_MAXIMIZE);
     if (command == SW_MINIMIZE)
         found->style |= WS_MINIMIZE;
-    if (command == SW_MAXIMIZE)
+    if (command == SW_MAXIMIZE || (command == SW_RESTORE && wasMinimised && found->wasMaximised))
         found->style |= WS_MAXIMIZE;
+    const bool becomesActive = command == SW_SHOW ? !wasVisible : command != SW_MINIMIZE;
+    if (becomesActive && found->parent == 0)
+        raise(windows, number(window));
     return wasVisible;
 }
 
@@ -309,10 +328,11 @@ HWND WINAPI GetAncestor(HWND window, UINT which)
 {
     State& windows = simwin::state();
     const QMutexLocker locker(&windows.lock);
-    if (!simwin::enter(windows, "GetAncestor", text(windows, {number(window), which})))
+    if (!simwin::enter(windows, "GetAncestor", text(windows, {number(window), which})) ||
+        number(window) == simwin::desktopHandle)
         return nullptr;
     const Window* const found = find(windows, window);
-    if (!found)
+    if (!found || which != GA_PARENT) // nothing else is asked for
         return nullptr;
     return handle(found->parent == 0 ? simwin::desktopHandle : found->parent);
 }
@@ -353,6 +373,7 @@ BOOL WINAPI EnumWindows(WNDENUMPROC callback, LPARAM context)
     {
         State& windows = simwin::state();
         const QMutexLocker locker(&windows.lock);
+        deliverPosted(windows);
         if (!simwin::enter(windows, "EnumWindows"))
             return FALSE;
         list = family(windows).value(0);
@@ -368,13 +389,12 @@ BOOL WINAPI EnumChildWindows(HWND parent, WNDENUMPROC callback, LPARAM context)
         const QMutexLocker locker(&windows.lock);
         if (!simwin::enter(windows, "EnumChildWindows", text(windows, {number(parent)})))
             return FALSE;
-        const bool whole = isDesktop(windows, parent);
+        // A handle that is no window's is the desktop widget's: Qt has its own natively.
         if (!parent)
             list = family(windows).value(0); // as EnumWindows
-        else if (whole || find(windows, parent))
-            addDescendants(family(windows), whole ? 0 : number(parent), list);
         else
-            return FALSE;
+            addDescendants(family(windows), windows.windows.contains(number(parent)) ? number(parent) : 0,
+                           list);
     }
     return callBack(list, callback, context);
 }
@@ -386,7 +406,7 @@ BOOL WINAPI GetWindowInfo(HWND window, PWINDOWINFO info)
     if (!simwin::enter(windows, "GetWindowInfo", text(windows, {number(window), info->cbSize})))
         return FALSE;
     const Window* const found = find(windows, window);
-    if (!found)
+    if (!found || info->cbSize != sizeof *info)
         return FALSE;
     info->dwStyle = found->style;
     info->dwExStyle = found->extendedStyle;
@@ -416,7 +436,7 @@ int WINAPI GetWindowTextW(HWND window, LPWSTR title, int size)
     const int length = std::min(found->title.size(), size - 1);
     std::copy_n(found->title.utf16(), length, reinterpret_cast<ushort*>(title));
     title[length] = 0;
-    return length;
+    return windows.answeredTitleLength < 0 ? length : windows.answeredTitleLength;
 }
 
 BOOL WINAPI PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -426,11 +446,9 @@ BOOL WINAPI PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam
     if (!simwin::enter(windows, "PostMessageW",
                        text(windows, {number(window), message, static_cast<qlonglong>(wParam), lParam})))
         return FALSE;
-    const Window* const found = find(windows, window);
-    if (!found)
+    if (window && !find(windows, window))
         return FALSE;
-    if (message == WM_SYSCOMMAND && wParam == SC_CLOSE && !found->refusesToClose)
-        destroy(windows, number(window));
+    windows.posted.append({number(window), message, wParam}); // to no window: to this thread's own queue
     return TRUE;
 }
 

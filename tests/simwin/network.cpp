@@ -3,6 +3,7 @@
 
 #include <winnetwk.h>
 
+#include <algorithm>
 #include <cstring>
 
 using simwin::NetworkResource;
@@ -41,6 +42,20 @@ void setNetworkPageSize(int entries)
     windows.networkPageSize = entries;
 }
 
+void setUntrueNetworkCount(bool untrue)
+{
+    State& windows = state();
+    const QMutexLocker locker(&windows.lock);
+    windows.untrueNetworkCount = untrue;
+}
+
+int openEnumerations()
+{
+    State& windows = state();
+    const QMutexLocker locker(&windows.lock);
+    return windows.enumerations.size();
+}
+
 void setEndlessNetwork(bool endless)
 {
     State& windows = state();
@@ -57,8 +72,9 @@ QByteArray letters(const State& windows)
 {
     QByteArray all = windows.localDrives;
     for (const NetworkResource& resource : windows.resources) {
-        if (!resource.localName.isEmpty())
-            all.append(resource.localName.at(0).toLatin1());
+        const QString& name = resource.localName;
+        if (name.size() == 2 && name.endsWith(QLatin1Char(':')) && !all.contains(name.at(0).toLatin1()))
+            all.append(name.at(0).toLatin1());
     }
     std::sort(all.begin(), all.end());
     return all;
@@ -156,7 +172,8 @@ DWORD WINAPI WNetEnumResourceW(HANDLE enumeration, LPDWORD count, LPVOID buffer,
         ++found->next;
         ++placed;
     }
-    *count = static_cast<DWORD>(placed);
+    if (!windows.untrueNetworkCount)
+        *count = static_cast<DWORD>(placed);
     const bool more = found->next < found->resources.size();
     if (windows.endlessNetwork && !more)
         found->next = 0;
@@ -178,15 +195,23 @@ DWORD WINAPI WNetAddConnection2W(LPNETRESOURCEW resource, LPCWSTR password, LPCW
     State& windows = simwin::state();
     const QMutexLocker locker(&windows.lock);
     if (!simwin::enter(windows, "WNetAddConnection2W",
-                       {QString::number(resource->dwType), argument(resource->lpLocalName),
-                        argument(resource->lpRemoteName), argument(password), argument(userName),
-                        QString::number(flags)}))
+                       {QString::number(resource->dwScope), QString::number(resource->dwType),
+                        QString::number(resource->dwDisplayType), QString::number(resource->dwUsage),
+                        argument(resource->lpComment), argument(resource->lpProvider),
+                        argument(resource->lpLocalName), argument(resource->lpRemoteName), argument(password),
+                        argument(userName), QString::number(flags)}))
         return GetLastError();
     const QString localName =
         resource->lpLocalName ? QString::fromWCharArray(resource->lpLocalName) : QString();
     if (!localName.isEmpty() && letters(windows).contains(localName.at(0).toLatin1()))
         return ERROR_ALREADY_ASSIGNED;
-    windows.resources.append({QString::fromWCharArray(resource->lpRemoteName), localName});
+    const QString remoteName = QString::fromWCharArray(resource->lpRemoteName);
+    const auto isIt = [&](const NetworkResource& other) {
+        return other.remoteName.compare(remoteName, Qt::CaseInsensitive) == 0;
+    };
+    if (std::none_of(windows.resources.begin(), windows.resources.end(), isIt))
+        return ERROR_BAD_NET_NAME;
+    windows.resources.append({remoteName, localName});
     return NO_ERROR;
 }
 

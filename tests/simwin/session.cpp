@@ -30,8 +30,10 @@ BOOL WINAPI WTSWaitSystemEvent(HANDLE server, DWORD mask, DWORD* events)
     State& windows = simwin::state();
     const QMutexLocker locker(&windows.lock);
     if (!simwin::enter(windows, "WTSWaitSystemEvent",
-                       {QString::number(reinterpret_cast<UINT_PTR>(server)), QString::number(mask, 16)}))
+                       {QString::number(reinterpret_cast<UINT_PTR>(server)), QString::number(mask, 16)})) {
+        *events = 0xFFFFFFFF; // nothing is promised of it
         return FALSE;
+    }
     while (!(windows.sessionEvents & mask))
         windows.sessionEventHappened.wait(&windows.lock);
     *events = windows.sessionEvents & mask;
@@ -46,7 +48,16 @@ HWND WINAPI FindWindowW(LPCWSTR className, LPCWSTR title)
     const QString name = QString::fromWCharArray(className);
     if (!simwin::enter(windows, "FindWindowW", {name, title ? QString::fromWCharArray(title) : QString()}))
         return nullptr;
-    return reinterpret_cast<HWND>(windows.windowsByClass.value(name, 0));
+    const auto planned = windows.windowsByClass.constFind(name);
+    if (planned != windows.windowsByClass.constEnd())
+        return reinterpret_cast<HWND>(*planned);
+    for (const qlonglong window : qAsConst(windows.zOrder)) {
+        const simwin::Window& candidate = *windows.windows.constFind(window);
+        if (candidate.parent == 0 && candidate.className == name &&
+            (!title || candidate.title == QString::fromWCharArray(title)))
+            return reinterpret_cast<HWND>(static_cast<LONG_PTR>(window));
+    }
+    return nullptr;
 }
 
 UINT_PTR WINAPI SHAppBarMessage(DWORD message, PAPPBARDATA data)

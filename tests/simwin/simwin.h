@@ -21,9 +21,10 @@ struct Call
 {
     QByteArray function;
     QStringList arguments; // as text, where they say something
+    qint64 time = 0;       // milliseconds
 };
 
-// Every call of the program since the last reset, in order; GetLastError and SetLastError excepted.
+// Every call since the last reset, the test's own included, in order; GetLastError and SetLastError excepted.
 QList<Call> calls();
 // The names alone.
 QList<QByteArray> callNames();
@@ -53,23 +54,18 @@ int localBlocks();
 void setNextHandle(qlonglong handle);
 
 // Whose windows are opened from now on; at first a process of somebody else's. (Windows itself would open
-// them for this process.) Titles of this process's own windows are answered by the GUI thread, when it
-// processes events.
+// them for this process.) Returns whose they were. Titles of this process's own windows are answered by the
+// GUI thread, when it processes events.
 constexpr DWORD otherProcess = 5000;
-void setCurrentWindowProcess(DWORD process);
+DWORD setCurrentWindowProcess(DWORD process);
 
-// Qt's desktop widget has this handle; it counts as Windows' own desktop.
-void setDesktopWidget(qlonglong handle);
-
-// The windows from the top down, hidden ones included.
-QList<qlonglong> topLevelWindows();
-DWORD styleOf(qlonglong window);
-
-// A window that is asked to close does so, unless it refuses.
+// A window that is asked to close does so, unless it refuses or is disabled; one that is told to quit takes
+// its process's windows with it.
 void setRefusesToClose(qlonglong window, bool refuses);
 
-// What SystemParametersInfoW set; empty at first.
-RECT workArea();
+// From now on titles come with this length, whatever they are, as a window procedure may answer; -1: as they
+// are.
+void setAnsweredTitleLength(int length);
 
 // --- Drives and network resources
 
@@ -84,6 +80,10 @@ QList<QPair<QString, QString>> networkResources();
 void setNetworkPageSize(int entries);
 // From now on an enumeration never ends: after its last entry it starts again.
 void setEndlessNetwork(bool endless);
+// From now on a page says that it has as many entries as were asked for, whatever it has.
+void setUntrueNetworkCount(bool untrue);
+// Enumerations that were opened and not closed.
+int openEnumerations();
 
 // --- Sessions
 

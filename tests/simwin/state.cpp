@@ -6,14 +6,18 @@ namespace simwin {
 
 State& state()
 {
-    static State* const windows = new State; // never deleted: threads may outlive main()
+    static State* const windows = [] {
+        auto* const fresh = new State; // never deleted: threads may outlive main()
+        fresh->clock.start();
+        return fresh;
+    }();
     return *windows;
 }
 
 bool enter(State& windows, const char* function, const QStringList& arguments)
 {
     if (windows.recording)
-        windows.calls.append({function, arguments});
+        windows.calls.append({function, arguments, windows.clock.elapsed()});
     const auto failure = windows.failures.find(function);
     if (failure == windows.failures.end() || failure->times == 0)
         return true;
@@ -40,12 +44,14 @@ void reset()
     windows.zOrder.clear();
     windows.nextHandle = 0x20000;
     windows.windowProcess = otherProcess;
-    windows.desktopWidget = 0;
+    windows.posted.clear();
+    windows.answeredTitleLength = -1;
     windows.workArea = {};
     windows.localDrives = "AC";
     windows.resources.clear();
     windows.networkPageSize = 0;
     windows.endlessNetwork = false;
+    windows.untrueNetworkCount = false;
     windows.enumerations.clear();
     windows.sessionEvents = 0;
 }

@@ -3,6 +3,7 @@
 
 #include "simwin.h"
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QMutex>
 #include <QSet>
@@ -25,8 +26,17 @@ struct Window
     DWORD process = 0;
     DWORD style = 0;
     DWORD extendedStyle = 0;
+    QString className;
     QString title;
     bool refusesToClose = false;
+    bool wasMaximised = false; // when it was minimised
+};
+
+struct PostedMessage
+{
+    qlonglong window = 0;
+    UINT message = 0;
+    WPARAM wParam = 0;
 };
 
 struct NetworkResource
@@ -49,6 +59,7 @@ struct State
 {
     QMutex lock; // guards everything below
     QList<Call> calls;
+    QElapsedTimer clock;
     bool recording = true;
     QHash<QByteArray, Failure> failures;
     std::vector<WCHAR> commandLine; // with its terminating zero
@@ -59,13 +70,15 @@ struct State
     QList<qlonglong> zOrder; // of all windows, children too, from the top down
     qlonglong nextHandle = 0;
     DWORD windowProcess = otherProcess; // of the windows that are opened
-    qlonglong desktopWidget = 0;
+    QList<PostedMessage> posted;        // not yet seen by their windows
+    int answeredTitleLength = -1;
     RECT workArea = {};
 
     QByteArray localDrives;
     QList<NetworkResource> resources;
     int networkPageSize = 0; // 0: no limit
     bool endlessNetwork = false;
+    bool untrueNetworkCount = false;
     QHash<void*, Enumeration> enumerations; // that are open
 
     QWaitCondition sessionEventHappened;

@@ -16,14 +16,14 @@ LPCWSTR wide(const QString& text)
 TestWindow::TestWindow(const QString& title, DWORD style, DWORD extendedStyle, const TestWindow* parent)
 {
 #ifndef Q_OS_WIN
-    simwin::setCurrentWindowProcess(GetCurrentProcessId());
+    const DWORD before = simwin::setCurrentWindowProcess(GetCurrentProcessId());
 #endif
     m_handle = CreateWindowExW(extendedStyle, L"STATIC", wide(title), style, 0, 0, 200, 100,
                                parent ? parent->handle() : nullptr, nullptr, nullptr, nullptr);
     if (!m_handle)
         qFatal("cannot open a window");
 #ifndef Q_OS_WIN
-    simwin::setCurrentWindowProcess(simwin::otherProcess);
+    simwin::setCurrentWindowProcess(before);
 #endif
 }
 

@@ -22,7 +22,7 @@ WindowScript::~WindowScript() = default;
 bool WindowScript::parse(const QString& line, Event* event)
 {
     static const QRegularExpression form(
-        QStringLiteral("\\A(\\d+)\\s+(\\w+)\\s+([\\w-]+)(?:\\s+\"([^\"]*)\")?((?:\\s+[\\w=-]+)*)\\z"));
+        QStringLiteral("\\A(\\d+)\\s+(\\w+)\\s+([\\w-]+)(?:\\s+\"([^\"]*)\")?((?:\\s+[\\w=+-]+)*)\\z"));
     const auto match = form.match(line);
     if (!match.hasMatch())
         return false;
@@ -32,6 +32,10 @@ bool WindowScript::parse(const QString& line, Event* event)
     event->title = match.captured(4);
     event->options = match.captured(5).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     const bool hasTitle = match.capturedStart(4) >= 0;
+    if (event->action == QLatin1String("style"))
+        return !hasTitle && event->options.size() == 1;
+    if (!event->options.isEmpty() && event->action != QLatin1String("open"))
+        return false;
     return hasTitle ? actionsWithTitle.contains(event->action) : actionsWithout.contains(event->action);
 }
 
@@ -48,13 +52,14 @@ bool WindowScript::load(const QString& path, QString* error)
     int time = 0;
     for (QString line; stream.readLineInto(&line);) {
         ++number;
-        line = line.section(QLatin1Char('#'), 0, 0).trimmed();
+        static const QRegularExpression comment(QStringLiteral("(\\A|\\s)#.*\\z"));
+        line = line.remove(comment).trimmed();
         if (line.isEmpty())
             continue;
         Event event;
         event.line = number;
         if (!parse(line, &event) || event.time < time) {
-            *error = QStringLiteral("line %1: %2").arg(number).arg(line);
+            *error = QStringLiteral("line %1 is no event or goes back in time: %2").arg(number).arg(line);
             return false;
         }
         time = event.time;
@@ -96,8 +101,11 @@ void WindowScript::play(const Event& event)
                 style = (style & WS_VISIBLE) | WS_CHILD;
             else if (!option.startsWith(QLatin1String("owner=")))
                 qFatal("script, line %d: %s", event.line, qPrintable(option));
-            if (option.contains(QLatin1Char('=')))
+            if (option.contains(QLatin1Char('='))) {
                 parent = m_windows.value(option.section(QLatin1Char('='), 1)).get();
+                if (!parent)
+                    qFatal("script, line %d: %s", event.line, qPrintable(option));
+            }
         }
         const auto opened = std::make_shared<TestWindow>(event.title, style, extendedStyle, parent);
         m_windows.insert(event.name, opened);
@@ -116,6 +124,8 @@ void WindowScript::play(const Event& event)
         window->show(SW_MAXIMIZE);
     } else if (event.action == QLatin1String("raise")) {
         BringWindowToTop(window->handle());
+    } else if (event.action == QLatin1String("style")) {
+        window->setExtendedStyle(event.options.first() == QLatin1String("+appwindow") ? WS_EX_APPWINDOW : 0);
     } else { // close
         window->close();
         m_windows.remove(event.name);

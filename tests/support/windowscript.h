@@ -8,11 +8,13 @@
 
 class TestWindow;
 
-// A played-out life of windows. A script is a text file of timed events, one a line; "#" begins a comment:
+// A played-out life of windows. A script is a text file of timed events, one a line; "#" after a blank or at
+// the beginning makes the rest of the line a comment:
 //
 //   TIME open NAME "TITLE" [hidden] [popup] [tool] [appwindow] [child=NAME] [owner=NAME]
 //   TIME title NAME "TITLE"
 //   TIME hide|show|minimise|restore|maximise|raise|close NAME
+//   TIME style NAME +appwindow|-appwindow
 //
 // TIME is in milliseconds from the start and never goes back. A name may be used again after its window was
 // closed. The events are carried out with Windows' own calls, on windows of this process.

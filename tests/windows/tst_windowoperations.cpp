@@ -27,15 +27,17 @@ class WindowOperationsTest : public QuilletTest
         return window.id();
     }
 
+    static WindowSnapshot snapshot()
+    {
+        return inspectWindows(withoutRepetitions(enumerateWindows(desktopWidgetWindow())));
+    }
+
     static constexpr DWORD m_shown = WS_VISIBLE | WS_MINIMIZE | WS_MAXIMIZE;
 
 private slots:
     void init()
     {
         QuilletTest::init();
-#ifndef Q_OS_WIN
-        simwin::setDesktopWidget(desktopWidgetWindow());
-#endif
         env::readWindowManagerBehaviour(); // nothing in the settings
     }
 
@@ -86,6 +88,11 @@ private slots:
         QVERIFY(isApplicationWindow(owned.id()));
     }
 
+    void theDesktopItselfLooksLikeOne() // it has no parent and is a popup
+    {
+        QVERIFY(isApplicationWindow(static_cast<qlonglong>(reinterpret_cast<LONG_PTR>(GetDesktopWindow()))));
+    }
+
     void noWindowIsNoApplicationWindow()
     {
         QVERIFY(!isApplicationWindow(0));
@@ -111,6 +118,19 @@ private slots:
         QCOMPARE(window.style() & m_shown, WS_VISIBLE | WS_MAXIMIZE);
     }
 
+    void aWindowThatWasMaximisedIsRestoredSo()
+    {
+        sandbox().writeSettings("[Desktop]\nWindowManagerBehaviour=standard\n");
+        env::readWindowManagerBehaviour();
+        TestWindow window(QStringLiteral("window"));
+        window.show(SW_MAXIMIZE);
+        window.show(SW_MINIMIZE);
+        bringWindowToFront(window.id(), false);
+        QCOMPARE(window.style() & m_shown, WS_VISIBLE | WS_MAXIMIZE);
+        window.show(SW_RESTORE);
+        QCOMPARE(window.style() & m_shown, WS_VISIBLE);
+    }
+
     void withStandardBehaviourAWindowKeepsItsSize()
     {
         sandbox().writeSettings("[Desktop]\nWindowManagerBehaviour=Standard\n");
@@ -130,7 +150,7 @@ private slots:
         TestWindow lower(QStringLiteral("lower"));
         TestWindow upper(QStringLiteral("upper"));
         const auto isAbove = [](const TestWindow& a, const TestWindow& b) {
-            const QList<qlonglong> all = takeSnapshot(desktopWidgetWindow()).windows;
+            const QList<qlonglong> all = snapshot().windows;
             return all.contains(a.id()) && all.indexOf(a.id()) < all.indexOf(b.id());
         };
         QVERIFY(isAbove(upper, lower));
@@ -180,6 +200,7 @@ private slots:
         QVERIFY(quitWindow(window.id()));
         simwin::fail("PostMessageW", ERROR_ACCESS_DENIED);
         QVERIFY(!quitWindow(window.id()));
+        simwin::fail("PostMessageW", ERROR_SUCCESS, 0);
         const QList<simwin::Call> calls = simwin::calls().mid(before);
         QCOMPARE(calls.size(), 3);
         QCOMPARE(calls.at(0).function, QByteArray("PostMessageW"));
@@ -188,7 +209,7 @@ private slots:
         QCOMPARE(calls.at(1).function, QByteArray("PostMessageW"));
         QCOMPARE(calls.at(1).arguments,
                  QStringList({id, QStringLiteral("12"), QStringLiteral("0"), QStringLiteral("0")}));
-        QVERIFY(takeSnapshot(desktopWidgetWindow()).windows.contains(window.id())); // it refused
+        QVERIFY(!snapshot().windows.contains(window.id())); // it refused to close, but not to quit
     }
 #endif
 
@@ -199,7 +220,7 @@ private slots:
         TestWindow window(QStringLiteral("window"));
         const qlonglong id = window.id();
         closeWindow(id);
-        QVERIFY(QTest::qWaitFor([&] { return !takeSnapshot(desktopWidgetWindow()).windows.contains(id); }));
+        QVERIFY(QTest::qWaitFor([&] { return !snapshot().windows.contains(id); }));
     }
 
     void whatIsGoneCannotQuitAndDoesNoHarm()
@@ -210,6 +231,15 @@ private slots:
         bringWindowToFront(gone, true);
         bringWindowToFront(0, false);
         closeWindow(0);
+        QVERIFY(!quitWindow(0)); // which would end this thread's own event loop
+    }
+
+    void aDisabledWindowDoesNotClose()
+    {
+        TestWindow window(QStringLiteral("with a box"), WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_DISABLED);
+        closeWindow(window.id());
+        QTest::qWait(100);
+        QVERIFY(snapshot().windows.contains(window.id()));
     }
 
 #ifdef Q_OS_WIN
@@ -321,7 +351,7 @@ private slots:
         QCOMPARE(all.count(hiddenChild.id()), 0);
         QVERIFY(all.indexOf(upper.id()) < all.indexOf(lower.id()));
         QVERIFY(all.indexOf(lower.id()) < all.indexOf(child.id())); // the second pass has the children
-        const QList<qlonglong> once = takeSnapshot(desktopWidgetWindow()).windows;
+        const QList<qlonglong> once = snapshot().windows;
         for (const TestWindow* window : {&lower, &upper, &child, &grandchild})
             QCOMPARE(once.count(window->id()), 1);
         QVERIFY(once.indexOf(lower.id()) < once.indexOf(child.id()));
@@ -334,7 +364,7 @@ private slots:
         TestWindow c(QStringLiteral("c"), WS_OVERLAPPEDWINDOW);
         const auto order = [&] {
             QString names;
-            for (const qlonglong window : takeSnapshot(desktopWidgetWindow()).windows) {
+            for (const qlonglong window : snapshot().windows) {
                 if (window == a.id() || window == b.id() || window == c.id())
                     names += windowTitle(window);
             }
@@ -346,10 +376,22 @@ private slots:
         a.show(SW_HIDE);
         a.show(SW_SHOW);
         QCOMPARE(order(), QStringLiteral("acb"));
+        c.show(SW_SHOW); // which it is already
+        QCOMPARE(order(), QStringLiteral("acb"));
         b.show(SW_MINIMIZE);
         QCOMPARE(order(), QStringLiteral("acb"));
         b.show(SW_RESTORE);
         QCOMPARE(order(), QStringLiteral("bac"));
+    }
+
+    void childrenStandInTheOrderInWhichTheyWereOpened()
+    {
+        TestWindow parent(QStringLiteral("parent"));
+        TestWindow a(QStringLiteral("a"), WS_CHILD | WS_VISIBLE, 0, &parent);
+        TestWindow b(QStringLiteral("b"), WS_CHILD, 0, &parent);
+        b.show(SW_SHOW);
+        const QList<qlonglong> all = snapshot().windows;
+        QVERIFY(all.indexOf(a.id()) < all.indexOf(b.id()));
     }
 
     void ownedWindowsStayAboveTheirOwner()
@@ -358,7 +400,7 @@ private slots:
         TestWindow owned(QStringLiteral("owned"), WS_POPUP | WS_VISIBLE, 0, &owner);
         TestWindow other(QStringLiteral("other"));
         BringWindowToTop(owner.handle());
-        const QList<qlonglong> all = takeSnapshot(desktopWidgetWindow()).windows;
+        const QList<qlonglong> all = snapshot().windows;
         QVERIFY(all.indexOf(owned.id()) < all.indexOf(owner.id()));
         QVERIFY(all.indexOf(owner.id()) < all.indexOf(other.id()));
     }
@@ -367,25 +409,27 @@ private slots:
     {
         TestWindow owner(QStringLiteral("owner"));
         TestWindow owned(QStringLiteral("owned"), WS_POPUP | WS_VISIBLE, 0, &owner);
+        TestWindow ownedByOwned(QStringLiteral("owned by owned"), WS_POPUP | WS_VISIBLE, 0, &owned);
         TestWindow child(QStringLiteral("child"), WS_CHILD | WS_VISIBLE, 0, &owner);
         owner.close();
-        const QList<qlonglong> left = takeSnapshot(desktopWidgetWindow()).windows;
+        const QList<qlonglong> left = snapshot().windows;
         QVERIFY(!left.contains(owned.id()));
+        QVERIFY(!left.contains(ownedByOwned.id()));
         QVERIFY(!left.contains(child.id()));
     }
 
     void aSnapshotHasStylesAndTitles()
     {
         TestWindow window(QStringLiteral("title"), WS_POPUP | WS_VISIBLE, WS_EX_TOOLWINDOW);
-        const WindowSnapshot snapshot = takeSnapshot(desktopWidgetWindow());
-        const int i = snapshot.windows.indexOf(window.id());
+        const WindowSnapshot now = snapshot();
+        const int i = now.windows.indexOf(window.id());
         QVERIFY(i >= 0);
-        QCOMPARE(snapshot.styles.at(i), WS_POPUP | WS_VISIBLE | WS_CLIPSIBLINGS);
-        QCOMPARE(snapshot.extendedStyles.at(i), WS_EX_TOOLWINDOW);
-        QCOMPARE(snapshot.titles.at(i), QStringLiteral("title"));
-        QCOMPARE(snapshot.styles.size(), snapshot.windows.size());
-        QCOMPARE(snapshot.extendedStyles.size(), snapshot.windows.size());
-        QCOMPARE(snapshot.titles.size(), snapshot.windows.size());
+        QCOMPARE(now.styles.at(i), WS_POPUP | WS_VISIBLE | WS_CLIPSIBLINGS);
+        QCOMPARE(now.extendedStyles.at(i), WS_EX_TOOLWINDOW);
+        QCOMPARE(now.titles.at(i), QStringLiteral("title"));
+        QCOMPARE(now.styles.size(), now.windows.size());
+        QCOMPARE(now.extendedStyles.size(), now.windows.size());
+        QCOMPARE(now.titles.size(), now.windows.size());
     }
 
     void windowsAddToTheStyleOfAWindowThatIsOpened()
@@ -418,7 +462,7 @@ private slots:
         simwin::setNextHandle(handle);
         TestWindow window(QStringLiteral("window"));
         QCOMPARE(window.id(), handle);
-        QCOMPARE(takeSnapshot(desktopWidgetWindow()).windows, QList<qlonglong>({handle}));
+        QCOMPARE(snapshot().windows, QList<qlonglong>({handle}));
         QCOMPARE(windowTitle(handle), QStringLiteral("window"));
         QVERIFY(isApplicationWindow(handle));
     }
@@ -432,16 +476,25 @@ private slots:
         QCOMPARE(enumerateWindows(desktopWidgetWindow()), QList<qlonglong>());
     }
 
+    void aTitleThatIsSaidToBeLongerThanTheRoomIsCut()
+    {
+        TestWindow window(QStringLiteral("window"));
+        simwin::setAnsweredTitleLength(5000);
+        const QString title = windowTitle(window.id());
+        QCOMPARE(title.size(), 255);
+        QVERIFY(title.startsWith(QStringLiteral("window")));
+    }
+
     void aWindowThatVanishesMeanwhileHasNothing()
     {
         TestWindow window(QStringLiteral("window"));
         simwin::fail("GetWindowInfo", ERROR_INVALID_WINDOW_HANDLE, 1);
         simwin::fail("GetWindowTextW", ERROR_INVALID_WINDOW_HANDLE, 1);
-        const WindowSnapshot snapshot = takeSnapshot(desktopWidgetWindow());
-        QCOMPARE(snapshot.windows, QList<qlonglong>({window.id()}));
-        QCOMPARE(snapshot.styles, QList<quint32>({0}));
-        QCOMPARE(snapshot.extendedStyles, QList<quint32>({0}));
-        QVERIFY(snapshot.titles.first().isNull());
+        const WindowSnapshot now = snapshot();
+        QCOMPARE(now.windows, QList<qlonglong>({window.id()}));
+        QCOMPARE(now.styles, QList<quint32>({0}));
+        QCOMPARE(now.extendedStyles, QList<quint32>({0}));
+        QVERIFY(now.titles.first().isNull());
     }
 #endif
 };

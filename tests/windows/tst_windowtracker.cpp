@@ -43,6 +43,11 @@ class WindowTrackerTest : public QuilletTest
         return events;
     }
 
+    static WindowSnapshot snapshot()
+    {
+        return inspectWindows(withoutRepetitions(enumerateWindows(desktopWidgetWindow())));
+    }
+
     static WindowEvent unmapped(const TestWindow& window) { return {WindowEvent::Unmapped, window.id()}; }
     static WindowEvent mapped(const TestWindow& window) { return {WindowEvent::Mapped, window.id()}; }
     static WindowEvent retitled(const TestWindow& window) { return {WindowEvent::Retitled, window.id()}; }
@@ -51,9 +56,6 @@ private slots:
     void init()
     {
         QuilletTest::init();
-#ifndef Q_OS_WIN
-        simwin::setDesktopWidget(desktopWidgetWindow());
-#endif
         m_tracker = std::make_unique<WindowTracker>(desktopWidgetWindow());
     }
 
@@ -173,8 +175,7 @@ private slots:
         BringWindowToTop(lower.handle());
         BringWindowToTop(upper.handle());
         m_tracker->poll();
-        QCOMPARE(takeSnapshot(desktopWidgetWindow()).windows.mid(0, 2),
-                 QList<qlonglong>({upper.id(), lower.id()}));
+        QCOMPARE(snapshot().windows.mid(0, 2), QList<qlonglong>({upper.id(), lower.id()}));
         const WindowEvent expected = second ? mapped(changing) : unmapped(changing);
         changing.setExtendedStyle(WS_EX_APPWINDOW);
         QCOMPARE(poll({&changing}), Events({expected}));
@@ -236,6 +237,18 @@ private slots:
         simwin::fail("EnumChildWindows", ERROR_ACCESS_DENIED, 1);
         QCOMPARE(m_tracker->poll(), Events({unmapped(window)}));
         QCOMPARE(m_tracker->poll(), Events({mapped(window)}));
+    }
+
+    void aWindowThatVanishesMeanwhileLosesItsFlagsAndItsTitleFirst()
+    {
+        TestWindow window(QStringLiteral("window"), WS_POPUP | WS_VISIBLE, WS_EX_APPWINDOW);
+        m_tracker->poll();
+        simwin::fail("GetWindowInfo", ERROR_INVALID_WINDOW_HANDLE, 1);
+        simwin::fail("GetWindowTextW", ERROR_INVALID_WINDOW_HANDLE, 1);
+        QCOMPARE(m_tracker->poll(), Events({unmapped(window), unmapped(window), retitled(window)}));
+        const WindowEvent gone = unmapped(window);
+        window.close();
+        QCOMPARE(m_tracker->poll(), Events({gone}));
     }
 
     void aPollCostsTwoEnumerationsAndTwoCallsPerWindow()

@@ -11,10 +11,6 @@
 #include <QDir>
 #include <QtTest>
 
-#ifndef Q_OS_WIN
-#include "simwin.h"
-#endif
-
 using namespace winapi;
 
 class WorkingDayTest : public QuilletTest
@@ -48,9 +44,6 @@ private slots:
     void whatIsToldOfAScriptIsWhatItsListSays()
     {
         QFETCH(QString, name);
-#ifndef Q_OS_WIN
-        simwin::setDesktopWidget(desktopWidgetWindow());
-#endif
         const QString path = QStringLiteral(SCRIPTS "/") + name;
         WindowScript script;
         QString error;
@@ -78,12 +71,18 @@ private slots:
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("error");
-        QTest::newRow("no time") << QByteArray("open a \"A\"\n") << "line 1: open a \"A\"";
-        QTest::newRow("no such action")
-            << QByteArray("# x\n0 open a \"A\"\n10 jump a\n") << "line 3: 10 jump a";
-        QTest::newRow("back in time") << QByteArray("10 open a \"A\"\n5 close a\n") << "line 2: 5 close a";
-        QTest::newRow("no title") << QByteArray("10 open a\n") << "line 1: 10 open a";
-        QTest::newRow("a title too many") << QByteArray("10 hide a \"A\"\n") << "line 1: 10 hide a \"A\"";
+        QTest::newRow("no time") << QByteArray("open a \"A\"\n")
+                                 << "line 1 is no event or goes back in time: open a \"A\"";
+        QTest::newRow("no such action") << QByteArray("# x\n0 open a \"A\"\n10 jump a\n")
+                                        << "line 3 is no event or goes back in time: 10 jump a";
+        QTest::newRow("back in time") << QByteArray("10 open a \"A\"\n5 close a\n")
+                                      << "line 2 is no event or goes back in time: 5 close a";
+        QTest::newRow("no title") << QByteArray("10 open a\n")
+                                  << "line 1 is no event or goes back in time: 10 open a";
+        QTest::newRow("an option too many")
+            << QByteArray("10 hide a tool\n") << "line 1 is no event or goes back in time: 10 hide a tool";
+        QTest::newRow("a title too many")
+            << QByteArray("10 hide a \"A\"\n") << "line 1 is no event or goes back in time: 10 hide a \"A\"";
     }
     void aScriptThatIsNoneIsRefusedWithItsLine()
     {

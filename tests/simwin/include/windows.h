@@ -1,6 +1,6 @@
-// The part of the Windows SDK's <windows.h> that the program uses, for builds against the simulated Windows:
-// types, constants and functions under their own names and with their own sizes and values.
-// tests/windows/tst_sdk.cpp holds every line of the .def files against the real SDK.
+// The part of the Windows SDK's <windows.h> that the program and its tests use, for builds against the
+// simulated Windows: types, constants and functions under their own names and with their own sizes and
+// values. tests/windows/tst_sdk.cpp holds every line of the .def files against the real SDK.
 #pragma once
 
 #include <cstddef>

@@ -28,7 +28,7 @@ class RemoteClientManagerTest : public QuilletTest
 
     static QString connection(const char* drive, const char* share)
     {
-        return QStringLiteral("0|%1|\\\\tsclient\\%2|(null)|(null)|0")
+        return QStringLiteral("0|0|0|0|(null)|(null)|%1|\\\\tsclient\\%2|(null)|(null)|0")
             .arg(QLatin1String(drive), QLatin1String(share));
     }
 
@@ -47,8 +47,19 @@ private slots:
         QCOMPARE(callsOf("LocalAlloc"), QStringList(QStringLiteral("0|65536")));
         QCOMPARE(callsOf("WNetEnumResourceW"), QStringList(QStringLiteral("4294967295|65536")));
         QCOMPARE(simwin::localBlocks(), 0);
+        QCOMPARE(simwin::openEnumerations(), 0);
         QCOMPARE(manager.drives(), QStringList());
         QCOMPARE(manager.shares(), QStringList());
+    }
+
+    void theUpdateComesAfterTheScan()
+    {
+        share("\\\\tsclient\\C");
+        RemoteClientManager manager;
+        QStringList drives;
+        connect(&manager, &RemoteClientManager::update, [&] { drives = manager.drives(); });
+        manager.start();
+        QCOMPARE(drives, QStringList(QStringLiteral("E:")));
     }
 
     void aShareWithALetterIsListedOnceAndLeftAlone()
@@ -154,7 +165,8 @@ private slots:
         manager.start();
         QCOMPARE(manager.shares(), QStringList(name));
         QCOMPARE(manager.drives(), QStringList(QStringLiteral("E:")));
-        QCOMPARE(simwin::networkResources().last().second, QStringLiteral("\\\\tsclient\\") + name);
+        QCOMPARE(callsOf("WNetAddConnection2W").first().section(QLatin1Char('|'), 7, 7),
+                 QStringLiteral("\\\\tsclient\\") + name);
     }
 
     void anEmptyLocalNameIsNoLetter()
@@ -237,6 +249,18 @@ private slots:
         QCOMPARE(callsOf("WNetCancelConnection2W"), QStringList(QStringLiteral("E:|0|1")));
     }
 
+    void twoSharesThatCannotBeConnectedGetTheSameLetter()
+    {
+        share("\\\\tsclient\\C");
+        share("\\\\tsclient\\D");
+        simwin::fail("WNetAddConnection2W", ERROR_BAD_NETPATH);
+        RemoteClientManager manager;
+        manager.start();
+        QCOMPARE(manager.drives(), QStringList({"E:", "E:"}));
+        manager.stop();
+        QCOMPARE(callsOf("WNetCancelConnection2W"), QStringList({"E:|0|1", "E:|0|1"}));
+    }
+
     void failuresOfTheScanEndItCalmly_data()
     {
         QTest::addColumn<QByteArray>("function");
@@ -256,27 +280,52 @@ private slots:
         QCOMPARE(manager.drives(), QStringList());
         QCOMPARE(callsOf("WNetEnumResourceW").size(), 1);
         QCOMPARE(simwin::localBlocks(), 0);
+        QCOMPARE(simwin::openEnumerations(), 0);
     }
 
     void anEnumerationThatDoesNotEndIsEnded_data()
     {
-        QTest::addColumn<int>("entries");
-        QTest::newRow("pages without entries") << 0;
-        QTest::newRow("the same entries again and again") << 3;
+        QTest::addColumn<int>("pageSize"); // 0: everything
+        QTest::addColumn<bool>("letters");
+        QTest::addColumn<bool>("free");
+        QTest::addColumn<int>("listed");
+        QTest::newRow("one page, no letters") << 0 << false << true << 3;
+        QTest::newRow("pages of one, no letters") << 1 << false << true << 3;
+        QTest::newRow("one page, letters") << 0 << true << true << 3;
+        QTest::newRow("pages of two, letters") << 2 << true << true << 3;
+        QTest::newRow("no letter is free") << 1 << false << false << 0;
     }
     void anEnumerationThatDoesNotEndIsEnded()
     {
-        QFETCH(int, entries);
-        for (int i = 0; i < entries; ++i)
-            simwin::addNetworkResource(QStringLiteral("\\\\tsclient\\share %1").arg(i));
+        QFETCH(int, pageSize);
+        QFETCH(bool, letters);
+        QFETCH(bool, free);
+        if (!free)
+            simwin::setLocalDrives("EFGHIJKLMNOPQRSTUVWXYZ");
+        for (int i = 0; i < 3; ++i) {
+            simwin::addNetworkResource(QStringLiteral("\\\\tsclient\\share %1").arg(i),
+                                       letters ? QStringLiteral("%1:").arg(QChar('P' + i)) : QString());
+        }
         simwin::setEndlessNetwork(true);
-        simwin::setRecording(false);
+        simwin::setNetworkPageSize(pageSize);
         RemoteClientManager manager;
         const QSignalSpy update(&manager, SIGNAL(update()));
         manager.start();
         QCOMPARE(update.count(), 1);
+        QTEST(manager.drives().size(), "listed");
+        QVERIFY(callsOf("WNetEnumResourceW").size() <= 6);
+        QCOMPARE(callsOf("WNetAddConnection2W").size(), letters ? 0 : 3);
         QCOMPARE(simwin::localBlocks(), 0);
-        QVERIFY(manager.drives().size() <= 10000);
+    }
+
+    void aPageThatAnnouncesMoreEntriesThanItCanHoldEndsTheScan()
+    {
+        share("\\\\tsclient\\C");
+        simwin::setUntrueNetworkCount(true);
+        RemoteClientManager manager;
+        manager.start();
+        QCOMPARE(manager.drives(), QStringList());
+        QCOMPARE(simwin::openEnumerations(), 0);
     }
 
     void tenThousandResourcesAreRead()
@@ -300,12 +349,16 @@ private slots:
         share("\\\\files\\everybody");
         RemoteClientManager manager;
         manager.start();
+        // There is no such resource as the third one's name makes: it is listed all the same.
         QCOMPARE(manager.drives(), QStringList({"F:", "E:", "G:"}));
         clearDebugOutput();
         manager.stop();
         QCOMPARE(callsOf("WNetCancelConnection2W"), QStringList({"E:|0|1", "G:|0|1"}));
         QCOMPARE(debugOutput(), QStringList({"Removing drive E:", "Removing drive G:"}));
-        QCOMPARE(manager.drives(), QStringList({"F:", "E:", "G:"})); // they stay
+        QCOMPARE(manager.drives(), QStringList({"F:", "E:", "G:"})); // the lists stay
+        QCOMPARE(manager.shares(), QStringList({"C", "D", "\\\\files\\everybody"}));
+        manager.stop();
+        QCOMPARE(callsOf("WNetCancelConnection2W").size(), 4);
     }
 
     void aDriveThatCannotBeRemovedIsLeft()

@@ -181,16 +181,6 @@ private slots:
         QCOMPARE(changes.visibilityChanged, expected.visibilityChanged);
     }
 
-    void twoSnapshotsAreEqualWhenAllTheirListsAre()
-    {
-        const WindowSnapshot one = snapshot({{1, "a", 1, 2}});
-        QVERIFY(one == snapshot({{1, "a", 1, 2}}));
-        QVERIFY(one != snapshot({{2, "a", 1, 2}}));
-        QVERIFY(one != snapshot({{1, "b", 1, 2}}));
-        QVERIFY(one != snapshot({{1, "a", 2, 2}}));
-        QVERIFY(one != snapshot({{1, "a", 1, 1}}));
-    }
-
     // --- What is told
 
     void whatWentIsToldBeforeWhatCameFlagsAndTitles()
