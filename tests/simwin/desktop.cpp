@@ -41,6 +41,24 @@ DWORD setCurrentWindowProcess(DWORD process)
     return process;
 }
 
+void setOwner(qlonglong window, qlonglong owner)
+{
+    State& windows = state();
+    const QMutexLocker locker(&windows.lock);
+    const auto found = windows.windows.find(window);
+    if (found != windows.windows.end())
+        found->owner = owner;
+}
+
+void setProcess(qlonglong window, DWORD process)
+{
+    State& windows = state();
+    const QMutexLocker locker(&windows.lock);
+    const auto found = windows.windows.find(window);
+    if (found != windows.windows.end())
+        found->process = process;
+}
+
 void setRefusesToClose(qlonglong window, bool refuses)
 {
     State& windows = state();

@@ -25,6 +25,15 @@ void addNetworkResource(const QString& remoteName, const QString& localName)
     windows.resources.append({remoteName, localName});
 }
 
+void removeNetworkResource(const QString& remoteName)
+{
+    State& windows = state();
+    const QMutexLocker locker(&windows.lock);
+    const auto isIt = [&](const NetworkResource& resource) { return resource.remoteName == remoteName; };
+    windows.resources.erase(std::remove_if(windows.resources.begin(), windows.resources.end(), isIt),
+                            windows.resources.end());
+}
+
 QList<QPair<QString, QString>> networkResources()
 {
     State& windows = state();

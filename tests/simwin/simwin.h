@@ -59,6 +59,10 @@ void setNextHandle(qlonglong handle);
 constexpr DWORD otherProcess = 5000;
 DWORD setCurrentWindowProcess(DWORD process);
 
+// Gives a window to another owner (0: none) or another process, as its program may.
+void setOwner(qlonglong window, qlonglong owner);
+void setProcess(qlonglong window, DWORD process);
+
 // A window that is asked to close does so, unless it refuses or is disabled; one that is told to quit takes
 // its process's windows with it.
 void setRefusesToClose(qlonglong window, bool refuses);
@@ -74,6 +78,8 @@ void setLocalDrives(const QByteArray& letters);
 
 // A connected disk resource. `localName` may be empty, or null to be no string at all.
 void addNetworkResource(const QString& remoteName, const QString& localName = QString());
+// The resource goes, with its letter.
+void removeNetworkResource(const QString& remoteName);
 // Local names and remote names of the connected resources, in their order.
 QList<QPair<QString, QString>> networkResources();
 // How many entries a page of an enumeration holds; everything at first.

@@ -214,6 +214,20 @@ private slots:
     }
 
 #ifndef Q_OS_WIN
+    void anotherOwnerOrProcessTellsNothing()
+    {
+        TestWindow window(QStringLiteral("window"));
+        TestWindow owner(QStringLiteral("owner"));
+        m_tracker->poll();
+        simwin::setOwner(window.id(), owner.id());
+        simwin::setProcess(window.id(), 77);
+        QCOMPARE(m_tracker->poll(), Events());
+        QCOMPARE(windowProcessId(window.id()), 77u);
+        const Events gone = {unmapped(owner), unmapped(window)};
+        owner.close(); // which takes what it owns with it
+        QCOMPARE(m_tracker->poll(), gone);
+    }
+
     void aHandleThatIsUsedAgainIsTheSameWindow()
     {
         simwin::setNextHandle(0x500);

@@ -371,6 +371,18 @@ private slots:
         QCOMPARE(callsOf("WNetCancelConnection2W").size(), 1);
     }
 
+    void aShareThatHasGoneByTheNextScanIsListedNoMore()
+    {
+        share("\\\\tsclient\\C", "F:");
+        share("\\\\tsclient\\D", "G:");
+        RemoteClientManager manager;
+        manager.start();
+        simwin::removeNetworkResource(QStringLiteral("\\\\tsclient\\C"));
+        manager.start();
+        QCOMPARE(manager.drives(), QStringList(QStringLiteral("G:")));
+        QCOMPARE(manager.shares(), QStringList(QStringLiteral("D")));
+    }
+
     void stoppingWithoutAStartDoesNothing()
     {
         RemoteClientManager manager;
