@@ -88,7 +88,7 @@ QString freeDriveLetter()
 {
     const QStringList roots = usedRoots();
     for (char letter = 'E'; letter <= 'Z'; ++letter) {
-        const QString drive = QLatin1Char(letter) + QStringLiteral(":");
+        QString drive = QLatin1Char(letter) + QStringLiteral(":");
         if (!roots.contains(drive + QLatin1Char('\\')))
             return drive;
     }
@@ -97,7 +97,7 @@ QString freeDriveLetter()
 
 QString connectClientShare(const QString& share)
 {
-    const QString drive = freeDriveLetter();
+    QString drive = freeDriveLetter();
     const QString remoteName = QLatin1String("\\\\tsclient\\") + share;
     NETRESOURCEW resource = {};
     resource.dwType = RESOURCETYPE_ANY;

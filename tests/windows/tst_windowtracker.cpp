@@ -267,9 +267,9 @@ private slots:
 
     void aPollCostsTwoEnumerationsAndTwoCallsPerWindow()
     {
-        std::vector<std::unique_ptr<TestWindow>> windows;
-        for (int i = 0; i < 10; ++i)
-            windows.push_back(std::make_unique<TestWindow>(QStringLiteral("window")));
+        std::vector<std::unique_ptr<TestWindow>> windows(10);
+        for (std::unique_ptr<TestWindow>& window : windows)
+            window = std::make_unique<TestWindow>(QStringLiteral("window"));
         m_tracker->poll();
         const int before = simwin::calls().size();
         m_tracker->poll();
