@@ -79,6 +79,11 @@ bool quitWindow(qlonglong window)
     return window != 0 && PostMessageW(toHandle<HWND>(window), WM_QUIT, 0, 0);
 }
 
+qlonglong foregroundWindow()
+{
+    return fromHandle(GetForegroundWindow());
+}
+
 quint32 windowProcessId(qlonglong window)
 {
     DWORD id = 0;

@@ -27,6 +27,9 @@ void closeWindow(qlonglong window);
 // Asks the window's thread to quit. Returns whether that could be posted.
 bool quitWindow(qlonglong window);
 
+// The window that the user works with; 0 when there is none at the moment.
+qlonglong foregroundWindow();
+
 // The id of the window's process, 0 when it is gone.
 quint32 windowProcessId(qlonglong window);
 

@@ -6,4 +6,8 @@ namespace winapi {
 // included.
 void logOff();
 
+// Disconnects the user's remote-desktop client. The session and its programs, this one included, go on
+// without it.
+void disconnect();
+
 } // namespace winapi

@@ -59,6 +59,14 @@ void setProcess(qlonglong window, DWORD process)
         found->process = process;
 }
 
+void setForegroundWindow(qlonglong window)
+{
+    State& windows = state();
+    const QMutexLocker locker(&windows.lock);
+    windows.foregroundIsSet = true;
+    windows.foreground = window;
+}
+
 void setRefusesToClose(qlonglong window, bool refuses)
 {
     State& windows = state();
@@ -353,6 +361,22 @@ HWND WINAPI GetAncestor(HWND window, UINT which)
     if (!found || which != GA_PARENT) // nothing else is asked for
         return nullptr;
     return handle(found->parent == 0 ? simwin::desktopHandle : found->parent);
+}
+
+HWND WINAPI GetForegroundWindow(void)
+{
+    State& windows = simwin::state();
+    const QMutexLocker locker(&windows.lock);
+    if (!simwin::enter(windows, "GetForegroundWindow"))
+        return nullptr;
+    if (windows.foregroundIsSet)
+        return handle(windows.foreground);
+    for (const qlonglong window : qAsConst(windows.zOrder)) {
+        const Window& candidate = *windows.windows.constFind(window);
+        if (candidate.parent == 0 && (candidate.style & WS_VISIBLE) && !(candidate.style & WS_MINIMIZE))
+            return handle(window);
+    }
+    return nullptr;
 }
 
 HWND WINAPI GetDesktopWindow(void)

@@ -17,6 +17,20 @@ void setCommandLine(const QString& commandLine)
     commandLine.toWCharArray(windows.commandLine.data());
 }
 
+void setProcessRuns(DWORD process, bool runs)
+{
+    State& windows = state();
+    const QMutexLocker locker(&windows.lock);
+    windows.processes.insert(process, runs);
+}
+
+int openHandles()
+{
+    State& windows = state();
+    const QMutexLocker locker(&windows.lock);
+    return windows.processHandles.size();
+}
+
 int localBlocks()
 {
     State& windows = state();
@@ -116,6 +130,37 @@ LPWSTR* WINAPI CommandLineToArgvW(LPCWSTR commandLine, int* count)
     windows.localBlocks.insert(block);
     *count = arguments.size();
     return block;
+}
+
+HANDLE WINAPI OpenProcess(DWORD access, BOOL inherit, DWORD processId)
+{
+    State& windows = simwin::state();
+    const QMutexLocker locker(&windows.lock);
+    if (!simwin::enter(windows, "OpenProcess",
+                       {QString::number(access, 16), QString::number(inherit), QString::number(processId)}) ||
+        !windows.processes.contains(processId))
+        return nullptr;
+    static quintptr last = 0x800000;
+    auto* const handle = reinterpret_cast<HANDLE>(++last);
+    windows.processHandles.insert(handle, processId);
+    return handle;
+}
+
+DWORD WINAPI WaitForSingleObject(HANDLE object, DWORD milliseconds)
+{
+    State& windows = simwin::state();
+    const QMutexLocker locker(&windows.lock);
+    if (!simwin::enter(windows, "WaitForSingleObject", {QString::number(milliseconds)}) ||
+        !windows.processHandles.contains(object))
+        return WAIT_FAILED;
+    return windows.processes.value(windows.processHandles.value(object)) ? WAIT_TIMEOUT : WAIT_OBJECT_0;
+}
+
+BOOL WINAPI CloseHandle(HANDLE object)
+{
+    State& windows = simwin::state();
+    const QMutexLocker locker(&windows.lock);
+    return simwin::enter(windows, "CloseHandle") && windows.processHandles.remove(object) ? TRUE : FALSE;
 }
 
 HLOCAL WINAPI LocalAlloc(UINT flags, SIZE_T size)

@@ -25,6 +25,19 @@ void sessionEvent(DWORD events)
 
 } // namespace simwin
 
+BOOL WINAPI WTSDisconnectSession(HANDLE server, DWORD session, BOOL wait)
+{
+    State& windows = simwin::state();
+    const QMutexLocker locker(&windows.lock);
+    if (!simwin::enter(windows, "WTSDisconnectSession",
+                       {QString::number(reinterpret_cast<UINT_PTR>(server)), QString::number(session, 16),
+                        QString::number(wait)}))
+        return FALSE;
+    windows.sessionEvents |= WTS_EVENT_DISCONNECT;
+    windows.sessionEventHappened.wakeOne();
+    return TRUE;
+}
+
 BOOL WINAPI WTSWaitSystemEvent(HANDLE server, DWORD mask, DWORD* events)
 {
     State& windows = simwin::state();

@@ -40,6 +40,11 @@ void fail(const QByteArray& function, DWORD error, int times = -1);
 // The process's command line; the ANSI code page is 1252.
 void setCommandLine(const QString& commandLine);
 
+// A process that runs, or has ended and is still known. Processes that were never named here are not there.
+void setProcessRuns(DWORD process, bool runs);
+// Handles that were opened and not closed.
+int openHandles();
+
 // Blocks that the program was given and has not freed with LocalFree.
 int localBlocks();
 
@@ -62,6 +67,9 @@ DWORD setCurrentWindowProcess(DWORD process);
 // Gives a window to another owner (0: none) or another process, as its program may.
 void setOwner(qlonglong window, qlonglong owner);
 void setProcess(qlonglong window, DWORD process);
+
+// The window that the user works with: the topmost visible one, unless it is said here (0: none).
+void setForegroundWindow(qlonglong window);
 
 // A window that is asked to close does so, unless it refuses or is disabled; one that is told to quit takes
 // its process's windows with it.

@@ -46,6 +46,9 @@ void reset()
     windows.windowProcess = otherProcess;
     windows.posted.clear();
     windows.answeredTitleLength = -1;
+    windows.foregroundIsSet = false;
+    windows.processes.clear();
+    windows.processHandles.clear();
     windows.workArea = {};
     windows.localDrives = "AC";
     windows.resources.clear();

@@ -64,6 +64,8 @@ struct State
     QHash<QByteArray, Failure> failures;
     std::vector<WCHAR> commandLine; // with its terminating zero
     QSet<void*> localBlocks;
+    QHash<DWORD, bool> processes;       // whether each runs
+    QHash<void*, DWORD> processHandles; // that are open
     QHash<QString, quintptr> windowsByClass;
 
     QHash<qlonglong, Window> windows;
@@ -72,6 +74,8 @@ struct State
     DWORD windowProcess = otherProcess; // of the windows that are opened
     QList<PostedMessage> posted;        // not yet seen by their windows
     int answeredTitleLength = -1;
+    bool foregroundIsSet = false;
+    qlonglong foreground = 0;
     RECT workArea = {};
 
     QByteArray localDrives;

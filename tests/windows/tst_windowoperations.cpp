@@ -287,6 +287,29 @@ private slots:
     }
 #endif
 
+    // --- foregroundWindow()
+
+    void theWindowThatWasShownLastIsInTheForeground()
+    {
+        TestWindow a(QStringLiteral("a"));
+        TestWindow b(QStringLiteral("b"));
+        QCOMPARE(foregroundWindow(), b.id());
+        a.show(SW_HIDE);
+        a.show(SW_SHOW);
+        QCOMPARE(foregroundWindow(), a.id());
+        a.close();
+        QCOMPARE(foregroundWindow(), b.id());
+    }
+
+#ifndef Q_OS_WIN
+    void thereMayBeNoForegroundWindow()
+    {
+        TestWindow window(QStringLiteral("window"));
+        simwin::setForegroundWindow(0);
+        QCOMPARE(foregroundWindow(), qlonglong(0));
+    }
+#endif
+
     // --- windowProcessId()
 
     void theProcessOfAWindow()
