@@ -419,6 +419,18 @@ private slots:
         QCOMPARE(shownLogo, expected.grab().toImage());
     }
 
+    void theLogoIsPaintedFaintly()
+    {
+        QPixmap mark(20, 20);
+        mark.fill(Qt::black);
+        m_menu->resize(QSize(300, 200));
+        m_menu->setLogo();
+        m_menu->setPixmap(mark, true, false);
+        // A tenth of e6eaed shines through.
+        const int shade = m_menu->grab().toImage().pixelColor(150, 100).green();
+        QVERIFY2(shade >= 21 && shade <= 26, qPrintable(QString::number(shade)));
+    }
+
     // --- Keyboard
 
     void theArrowKeysMoveByCell()

@@ -145,8 +145,15 @@ private slots:
         QCOMPARE(redPart(frame), QRect(40, 35, 20, 10));
     }
 
-    void aScaledPictureIsScaledFromItsLastCopy()
+    void aScaledPictureIsScaledSmoothlyAndFromItsLastCopy_data()
     {
+        QTest::addColumn<QSize>("small");
+        QTest::newRow("by its width") << QSize(8, 16);
+        QTest::newRow("by its height") << QSize(16, 8);
+    }
+    void aScaledPictureIsScaledSmoothlyAndFromItsLastCopy()
+    {
+        QFETCH(QSize, small);
         // Stripes of one pixel, which scaling down makes grey for good.
         QImage stripes(64, 64, QImage::Format_RGB32);
         for (int y = 0; y < 64; ++y) {
@@ -154,7 +161,7 @@ private slots:
                 stripes.setPixelColor(x, y, x % 2 ? Qt::red : Qt::blue);
         }
         Frame frame;
-        frame.setFixedSize(8, 8);
+        frame.setFixedSize(small);
         frame.setPixmap(QPixmap::fromImage(stripes), false, true);
         frame.setFixedSize(64, 64);
         frame.PixmapFrame::resize();

@@ -1,0 +1,5 @@
+#include "files/filesystemwidget.h"
+
+FileSystemWidget::FileSystemWidget(QWidget* parent)
+    : QWidget(parent)
+{}

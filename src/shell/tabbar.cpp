@@ -1,0 +1,414 @@
+#include "shell/tabbar.h"
+
+#include "catalogue/application.h"
+#include "config/configure.h"
+#include "env/serverslot.h"
+#include "files/filesystemwidget.h"
+#include "shell/menu.h"
+#include "shell/taskfitting.h"
+#include "shell/threadbutton.h"
+#include "shell/threadwidget.h"
+#include "winapi/windowoperations.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDesktopWidget>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace {
+
+constexpr char pageColor[] = "e6eaed";
+constexpr int arrowWidth = 24; // pixels
+const Qt::WindowFlags pageFlags = Qt::CustomizeWindowHint | Qt::FramelessWindowHint;
+const Qt::WindowFlags barFlags = Qt::CustomizeWindowHint | Qt::WindowStaysOnTopHint |
+                                 Qt::FramelessWindowHint | Qt::BypassWindowManagerHint;
+
+// The shell's own windows have this title: the controller knows them by it.
+const QString ownTitle = QStringLiteral("quillet");
+
+// What windows are compared by.
+quint32 key(qlonglong window)
+{
+    return static_cast<quint32>(window);
+}
+
+// As the controller gets it from the panel's buttons.
+qlonglong signExtended(qlonglong window)
+{
+    return static_cast<qint32>(key(window));
+}
+
+QHBoxLayout* createLayout(Qt::Alignment alignment = Qt::Alignment())
+{
+    auto* const layout = new QHBoxLayout; // the layout's that takes it
+    layout->setSpacing(0);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setAlignment(alignment);
+    return layout;
+}
+
+QPushButton* createArrow(const char* picture, const char* name)
+{
+    auto* const arrow = new QPushButton(QIcon(QLatin1String(picture)), QString());
+    arrow->setFixedSize(arrowWidth, shell::taskBarHeight);
+    arrow->setAccessibleName(QLatin1String(name));
+    arrow->hide();
+    return arrow;
+}
+
+int screenWidth()
+{
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    return QApplication::desktop()->screenGeometry(-1).width();
+    QT_WARNING_POP
+}
+
+} // namespace
+
+TabBar::TabBar()
+    : QWidget(nullptr, barFlags)
+    , m_fixedLayout(createLayout(Qt::AlignLeft))
+    , m_taskLayout(createLayout(Qt::AlignLeft))
+    , m_rightLayout(createLayout())
+    , m_panel(new ThreadWidget(false, this))
+    , m_leftArrow(createArrow(":/icons/64x64/back.png", "leftButton"))
+    , m_rightArrow(createArrow(":/icons/64x64/forward.png", "rightButton"))
+{
+    setWindowTitle(ownTitle);
+    QPalette colors = palette();
+    colors.setBrush(QPalette::Window, QBrush(Qt::white));
+    setPalette(colors);
+    setAutoFillBackground(true);
+
+    auto* const layout = createLayout();
+    layout->setSizeConstraint(QLayout::SetMinimumSize);
+    m_fixedLayout->setSizeConstraint(QLayout::SetMinimumSize);
+    m_panel->setFixedHeight(shell::taskBarHeight);
+    auto* const taskArea = new QWidget(this);
+    taskArea->setLayout(m_taskLayout);
+    m_taskLayout->addWidget(m_leftArrow);
+    m_taskLayout->addWidget(m_rightArrow);
+    layout->addLayout(m_fixedLayout);
+    layout->addWidget(m_panel);
+    layout->addWidget(taskArea, 1);
+    layout->addLayout(m_rightLayout);
+    setLayout(layout);
+
+    connect(m_leftArrow, SIGNAL(clicked()), this, SLOT(leftButtonClicked()));
+    connect(m_rightArrow, SIGNAL(clicked()), this, SLOT(rightButtonClicked()));
+    connect(m_panel, SIGNAL(closeButtonClicked(ThreadButton*)), this,
+            SLOT(closeButtonClicked(ThreadButton*)));
+    connect(m_panel, SIGNAL(killButtonClicked(ThreadButton*)), this, SLOT(killButtonClicked(ThreadButton*)));
+    addFixedButtons();
+    fillPages();
+}
+
+TabBar::~TabBar()
+{
+    for (QWidget* const page : {static_cast<QWidget*>(m_launcher), static_cast<QWidget*>(m_fileManager),
+                                static_cast<QWidget*>(m_configuration)}) {
+        page->close();
+        delete page;
+    }
+}
+
+void TabBar::addFixedButtons()
+{
+    const auto add = [this](QWidget* page, int kind, const char* picture, const QString& text,
+                            qlonglong window) {
+        auto* const button =
+            new ThreadButton(page, kind, QPixmap(QLatin1String(":/icons/32x32/") + QLatin1String(picture)),
+                             tr("Tidewell"), text, window, 0, 0);
+        addButton(button);
+        return button;
+    };
+    const auto prepare = [this](QWidget* page) {
+        page->setWindowFlags(pageFlags);
+        page->setWindowTitle(ownTitle);
+        page->installEventFilter(this);
+    };
+
+    m_launcher = new Menu(nullptr, QLatin1String(pageColor));
+    prepare(m_launcher);
+    connect(m_launcher, SIGNAL(launchApplication(AppInstance*)), this,
+            SIGNAL(launchApplication(AppInstance*)));
+    add(m_launcher, ThreadButton::FixedButton, "logo.png", tr("Desktop"), 0);
+
+    m_fileManager = new FileSystemWidget;
+    prepare(m_fileManager);
+    connect(m_fileManager, SIGNAL(openFile(QString, QString)), this, SIGNAL(openFile(QString, QString)));
+    add(m_fileManager, ThreadButton::FixedButton, "folder-docs.png", tr("Places"),
+        static_cast<qlonglong>(m_fileManager->winId()));
+
+    m_configuration = new Configure(nullptr, QLatin1String(pageColor));
+    prepare(m_configuration);
+    connect(m_configuration, SIGNAL(selectWidget(QWidget*, bool)), this, SIGNAL(mapWidget(QWidget*, bool)));
+    add(m_configuration, ThreadButton::FixedButton, "config.png", tr("Configuration"), 0);
+
+    ThreadButton* const logOff = add(nullptr, ThreadButton::PowerButton, "logoff.png", QString(), 0);
+    logOff->setAccessibleDescription(tr("Log off"));
+    connect(logOff, SIGNAL(clicked()), this, SIGNAL(exitApp()));
+}
+
+void TabBar::fillPages()
+{
+    Application::updateValidApplications();
+    m_launcher->fill(Application::validApplications(), env::serverClient());
+    m_launcher->setLogo();
+    m_configuration->setFixedSize(m_launcher->size());
+}
+
+// --- The list of buttons
+
+void TabBar::addButton(ThreadButton* button)
+{
+    if (!button)
+        return;
+    if (ThreadButton* const current = currentButton()) {
+        const int position = m_buttons.indexOf(current);
+        if (position != -1)
+            m_lastIndex = position;
+    }
+    if (button->kind() != ThreadButton::PowerButton) {
+        button->setIndex(indexOfWindow(button->windowId()));
+        m_buttons.append(button);
+        connect(button, SIGNAL(threadButtonClicked(int)), this, SLOT(setCurrentIndex(int)));
+    }
+    switch (button->kind()) {
+    case ThreadButton::FixedButton:
+        m_fixedLayout->addWidget(button);
+        connect(button, SIGNAL(threadButtonClicked(QWidget*, bool)), this, SLOT(doMapWidget(QWidget*, bool)));
+        break;
+    case ThreadButton::WindowButton:
+        m_taskLayout->insertWidget(m_taskLayout->count() - 1, button); // before the right arrow
+        select(button);
+        updateContents();
+        break;
+    default:
+        m_rightLayout->addWidget(button);
+    }
+}
+
+int TabBar::indexOfWindow(qlonglong window) const
+{
+    if (key(window) == 0)
+        return -1;
+    for (int i = m_buttons.size() - 1; i >= 0; --i) {
+        if (key(m_buttons.at(i)->windowId()) == key(window))
+            return i;
+    }
+    return -1;
+}
+
+int TabBar::indexOfWidget(const QWidget* widget) const
+{
+    for (int i = m_buttons.size() - 1; widget && i >= 0; --i) {
+        if (m_buttons.at(i)->widget() == widget)
+            return i;
+    }
+    return -1;
+}
+
+int TabBar::fixedCount() const
+{
+    return static_cast<int>(std::count_if(m_buttons.begin(), m_buttons.end(), [](const ThreadButton* button) {
+        return button->kind() == ThreadButton::FixedButton;
+    }));
+}
+
+ThreadButton* TabBar::buttonAt(int position) const
+{
+    return m_buttons.value(position, nullptr);
+}
+
+ThreadButton* TabBar::currentButton() const
+{
+    return m_panel->threadButton();
+}
+
+void TabBar::removeButton(int position)
+{
+    qDebug("Removing button. lastIndex is %d", m_lastIndex);
+    if (position == -1)
+        position = m_lastIndex;
+    if (ThreadButton* const button = buttonAt(position)) {
+        if (button == currentButton())
+            m_panel->setThreadButton(nullptr);
+        m_buttons.removeAt(position);
+        m_taskLayout->removeWidget(button);
+        button->hide();
+        button->deleteLater(); // its own click may have led here
+    }
+    const int foreground = indexOfWindow(winapi::foregroundWindow());
+    if (foreground >= 0) {
+        m_lastIndex = foreground;
+        select(m_buttons.at(foreground));
+    } else if (ThreadButton* const last = buttonAt(m_lastIndex)) {
+        select(last);
+    } else if (!m_buttons.isEmpty()) {
+        emit mapWidget(m_launcher, true);
+    }
+    updateContents();
+}
+
+// --- The current one
+
+void TabBar::select(ThreadButton* button)
+{
+    const int position = m_buttons.indexOf(button);
+    ThreadButton* const old = currentButton();
+    if (old && key(button->windowId()) != 0) {
+        // Wanted: the picture of the window that comes goes to the button that is left.
+        QScreen* const screen = QGuiApplication::screens().value(0);
+        if (screen)
+            old->setSnapshot(screen->grabWindow(static_cast<WId>(button->windowId()), 0, 0, -1, -1));
+        const int oldPosition = m_buttons.indexOf(old);
+        if (oldPosition != position)
+            m_lastIndex = oldPosition;
+    }
+    qDebug("Setting selected button. NewIndex: %d, LastIndex: %d", position, m_lastIndex);
+    m_panel->setThreadButton(button);
+    m_lastIndex = position;
+    if (QWidget* const page = button->widget()) {
+        page->show();
+        page->setFocus(Qt::ActiveWindowFocusReason);
+    }
+    emit currentChanged(position);
+}
+
+void TabBar::setCurrentIndex(int position)
+{
+    ThreadButton* const button = buttonAt(position);
+    if (!button)
+        return;
+    m_lastIndex = position;
+    select(button);
+}
+
+void TabBar::refresh()
+{
+    if (ThreadButton* const button = buttonAt(m_lastIndex))
+        select(button);
+}
+
+void TabBar::showDesktop()
+{
+    setCurrentIndex(0);
+    emit mapWidget(m_launcher, true);
+}
+
+void TabBar::setCurrentThreadName(QString name)
+{
+    m_panel->setName(name);
+}
+
+void TabBar::setCurrentThreadText(QString text)
+{
+    m_panel->setText(text);
+}
+
+void TabBar::closeButtonClicked(ThreadButton* button)
+{
+    if (button)
+        emit closeButtonClicked(signExtended(button->windowId()));
+}
+
+void TabBar::killButtonClicked(ThreadButton* button)
+{
+    if (button)
+        emit killButtonClicked(signExtended(button->windowId()));
+}
+
+void TabBar::doMapWidget(QWidget* widget, bool force)
+{
+    emit mapWidget(widget, force);
+}
+
+// --- Geometry
+
+void TabBar::resize(QSize desktopSize)
+{
+    qDebug("Setting new geometry - x: %d, y: %d, width: %d, height: %d", 0, desktopSize.height(),
+           desktopSize.width(), shell::taskBarHeight);
+    setGeometry(0, desktopSize.height(), desktopSize.width(), shell::taskBarHeight);
+    m_configuration->resize(desktopSize);
+    m_launcher->resize(desktopSize);
+    updateContents();
+}
+
+int TabBar::taskCount() const
+{
+    return m_taskLayout->count() - 2;
+}
+
+void TabBar::showTask(int task, bool shown)
+{
+    if (task >= 0 && task < taskCount())
+        m_taskLayout->itemAt(task + 1)->widget()->setVisible(shown);
+}
+
+void TabBar::updateContents()
+{
+    const int tasks = taskCount();
+    const shell::TaskFit fit = shell::fitTasks(screenWidth(), m_fixedLayout->count(), tasks);
+    m_panel->setFixedSize(std::max(fit.panelWidth, 0), shell::taskBarHeight);
+    m_scrollLimit = fit.scrollLimit;
+    m_firstVisible = fit.firstVisible;
+    for (int task = 0; task < tasks; ++task) {
+        if (fit.scrolls())
+            qDebug(fit.shows(task) ? "shown" : "hidden");
+        showTask(task, fit.shows(task));
+    }
+    m_leftArrow->setVisible(fit.scrolls());
+    m_rightArrow->setVisible(fit.scrolls());
+    updateArrows();
+}
+
+void TabBar::updateArrows()
+{
+    m_leftArrow->setEnabled(m_firstVisible != 0);
+    m_rightArrow->setEnabled(m_firstVisible < m_scrollLimit);
+}
+
+void TabBar::leftButtonClicked()
+{
+    const shell::ScrollStep step = shell::scrollLeft(m_firstVisible, m_scrollLimit, taskCount());
+    showTask(step.hide, false);
+    showTask(step.show, true);
+    m_firstVisible = step.firstVisible;
+    updateArrows();
+}
+
+void TabBar::rightButtonClicked()
+{
+    const shell::ScrollStep step = shell::scrollRight(m_firstVisible, m_scrollLimit, taskCount());
+    showTask(step.hide, false);
+    showTask(step.show, true);
+    m_firstVisible = step.firstVisible;
+    updateArrows();
+}
+
+// --- Closing
+
+void TabBar::closeEvent(QCloseEvent* event)
+{
+    if (event->spontaneous())
+        event->ignore();
+    else
+        QWidget::closeEvent(event);
+}
+
+bool TabBar::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Close && event->spontaneous()) {
+        event->ignore();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
