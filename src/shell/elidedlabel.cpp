@@ -1,7 +1,12 @@
 #include "shell/elidedlabel.h"
 
+#include <QFontInfo>
 #include <QPainter>
 #include <QStyle>
+
+namespace {
+constexpr int leastFontSize = 6; // pixels
+} // namespace
 
 ElidedLabel::ElidedLabel(QWidget* parent)
     : QLabel(parent)
@@ -24,15 +29,25 @@ QSize ElidedLabel::minimumSizeHint() const
 void ElidedLabel::paintEvent(QPaintEvent* event)
 {
     QFrame::paintEvent(event);
-    const QString shown = fontMetrics().elidedText(line(), Qt::ElideRight, contentsRect().width());
+    QPainter painter(this);
+    painter.setFont(fittingFont());
+    const QString shown = painter.fontMetrics().elidedText(line(), Qt::ElideRight, contentsRect().width());
     // The text decides on its direction, as in every label.
     const bool isRightToLeft = shown.isRightToLeft();
     const Qt::Alignment where =
         QStyle::visualAlignment(isRightToLeft ? Qt::RightToLeft : Qt::LeftToRight, alignment());
     const int flags = static_cast<int>(where) | Qt::TextSingleLine |
                       (isRightToLeft ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight);
-    QPainter painter(this);
     style()->drawItemText(&painter, contentsRect(), flags, palette(), isEnabled(), shown, foregroundRole());
+}
+
+QFont ElidedLabel::fittingFont() const
+{
+    QFont fitting = font();
+    int size = QFontInfo(fitting).pixelSize();
+    while (size > leastFontSize && QFontMetrics(fitting).height() > contentsRect().height())
+        fitting.setPixelSize(--size);
+    return fitting;
 }
 
 QString ElidedLabel::line() const

@@ -20,5 +20,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QFont fittingFont() const;
     QString line() const;
 };

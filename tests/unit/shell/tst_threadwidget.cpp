@@ -90,10 +90,10 @@ class ThreadWidgetTest : public QuilletTest
         return grid->itemAt(grid->indexOf(widget))->alignment();
     }
 
-    // The panel as it stands in the task bar.
-    void showPanel(int width)
+    // The panel as it stands in the task bar, or in a height that any font has room in.
+    void showPanel(int width, int height = 42)
     {
-        m_widget->setFixedSize(width, 42);
+        m_widget->setFixedSize(width, height);
         m_widget->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_widget.get()));
     }
@@ -484,7 +484,7 @@ private slots:
         QCOMPARE(m_widget->sizeHint(), hint);
         QVERIFY(minimum.width() < 60);
 
-        showPanel(256);
+        showPanel(256, 90);
         for (const char* name : {"nameLabel", "textLabel"}) {
             const QLabel* const shown = label(name);
             QCOMPARE(shown->textFormat(), Qt::PlainText);
@@ -503,10 +503,36 @@ private slots:
         m_widget->setThreadButton(m_button.get());
         m_widget->setName(QStringLiteral("Notepad"));
         m_widget->setText(QStringLiteral("Letter to a friend"));
-        showPanel(256);
+        showPanel(256, 90);
         for (const char* name : {"nameLabel", "textLabel"}) {
             const QLabel* const shown = label(name);
             QCOMPARE(m_widget->grab(shown->geometry()).toImage(), pictureOf(shown, shown->text()));
+        }
+    }
+
+    void lettersAreMadeSmallerRatherThanCut()
+    {
+        m_widget->setName(QString::fromUtf8("Ápgjqy"));
+        m_widget->setText(QString::fromUtf8("Ápgjqy"));
+        QFont large = m_widget->font();
+        large.setPixelSize(24);
+        for (const char* name : {"nameLabel", "textLabel"})
+            label(name)->setFont(large);
+        showPanel(256);
+        for (const char* name : {"nameLabel", "textLabel"}) {
+            const QRect shown = label(name)->geometry();
+            QVERIFY(shown.height() < label(name)->fontMetrics().height());
+            const QImage image = m_widget->grab(shown).toImage();
+            QFont fitting = label(name)->font();
+            while (QFontMetrics(fitting).height() > shown.height())
+                fitting.setPixelSize(fitting.pixelSize() - 1);
+            QVERIFY(fitting.pixelSize() > 8);
+            QLabel ordinary(label(name)->text());
+            ordinary.setStyleSheet(QStringLiteral("background-color: #e6eaed"));
+            ordinary.setAlignment(label(name)->alignment());
+            ordinary.setFont(fitting);
+            ordinary.setFixedSize(shown.size());
+            QCOMPARE(image, ordinary.grab().toImage());
         }
     }
 
