@@ -28,7 +28,7 @@ QSize ElidedLabel::minimumSizeHint() const
 
 void ElidedLabel::paintEvent(QPaintEvent* event)
 {
-    QFrame::paintEvent(event);
+    QFrame::paintEvent(event); // NOLINT(bugprone-parent-virtual-call): the label's own draws its text
     QPainter painter(this);
     painter.setFont(fittingFont());
     const QString shown = painter.fontMetrics().elidedText(line(), Qt::ElideRight, contentsRect().width());

@@ -303,12 +303,12 @@ void TabBar::showDesktop()
     emit mapWidget(m_launcher, true);
 }
 
-void TabBar::setCurrentThreadName(QString name)
+void TabBar::setCurrentThreadName(const QString& name)
 {
     m_panel->setName(name);
 }
 
-void TabBar::setCurrentThreadText(QString text)
+void TabBar::setCurrentThreadText(const QString& text)
 {
     m_panel->setText(text);
 }

@@ -62,8 +62,8 @@ public slots:
     void resize(QSize desktopSize);
     // Fits panel and task buttons to the screen's width; the view goes to the last tasks.
     void updateContents();
-    void setCurrentThreadName(QString name);
-    void setCurrentThreadText(QString text);
+    void setCurrentThreadName(const QString& name);
+    void setCurrentThreadText(const QString& text);
     void closeButtonClicked(ThreadButton* button);
     void killButtonClicked(ThreadButton* button);
 

@@ -115,12 +115,12 @@ void ThreadWidget::killButtonClickedSlot()
     emit killButtonClicked(asked);
 }
 
-void ThreadWidget::setName(QString threadName)
+void ThreadWidget::setName(const QString& threadName)
 {
     m_name->setText(threadName);
 }
 
-void ThreadWidget::setText(QString threadText)
+void ThreadWidget::setText(const QString& threadText)
 {
     m_text->setText(threadText);
 }

@@ -38,8 +38,8 @@ public slots:
     void closeButtonClickedSlot();
     // Asks first, in a modal box, in which anything may happen: this widget may be gone when it returns.
     void killButtonClickedSlot();
-    void setName(QString threadName);
-    void setText(QString threadText);
+    void setName(const QString& threadName);
+    void setText(const QString& threadText);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
