@@ -10,10 +10,8 @@
 #include "server/refusal.h"
 #include "server/twclient.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QTextStream>
 
 #include <utility>
 
@@ -162,15 +160,7 @@ QStringList Application::extensionsList()
 {
     if (TWClient* const server = env::serverClient())
         return askForList(*server, QStringLiteral("get_application_extensions_list"), QLatin1Char(','));
-    QStringList lines;
-    QFile file(catalogue::extensionsPath());
-    if (!file.open(QIODevice::ReadOnly))
-        return lines;
-    QTextStream stream(&file);
-    QString line;
-    while (stream.readLineInto(&line))
-        lines.append(line);
-    return lines;
+    return catalogue::extensionLines();
 }
 
 QList<Application*> Application::excludedApplications(const QString& key)

@@ -69,14 +69,23 @@ QStringList preferredApplications(const QString& mimeType)
     return env::readValue(typesPath(), mimeType).split(QLatin1Char(':'));
 }
 
-void loadExtensionMap()
+QStringList extensionLines()
 {
+    QStringList lines;
     QFile file(extensionsPath());
     if (!file.open(QIODevice::ReadOnly))
-        return;
+        return lines;
     QTextStream stream(&file);
     QString line;
     while (stream.readLineInto(&line))
+        lines.append(line);
+    return lines;
+}
+
+void loadExtensionMap()
+{
+    const QStringList lines = extensionLines();
+    for (const QString& line : lines)
         extensionMap().insert(line.section(QLatin1Char(':'), 0, 0), line.section(QLatin1Char(':'), 1, 1));
 }
 

@@ -39,6 +39,9 @@ QStringList applicationIds();
 // type is unknown or has none: callers skip empty ids.
 QStringList preferredApplications(const QString& mimeType);
 
+// Every line of the built-in extensions file: none when it cannot be read.
+QStringList extensionLines();
+
 // Fills the map behind mimeTypeForExtension(). Called once, at start-up.
 void loadExtensionMap();
 

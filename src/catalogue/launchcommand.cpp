@@ -98,11 +98,16 @@ bool needsRemote(const QString& serverAddress, const QString& serverType)
            serverType.compare(env::platformName(), Qt::CaseInsensitive) != 0;
 }
 
+bool isRemoteLaunch(const QString& serverAddress, const QString& serverType)
+{
+    return !serverAddress.isEmpty() && !serverType.isEmpty() && needsRemote(serverAddress, serverType);
+}
+
 QStringList launchArguments(const QString& execPath, const QStringList& arguments, const QString& file,
                             qint32 windowId, const QSize& size, quint16 port, const QString& serverType,
                             const QString& serverAddress)
 {
-    if (!serverAddress.isEmpty() && !serverType.isEmpty() && needsRemote(serverAddress, serverType)) {
+    if (isRemoteLaunch(serverAddress, serverType)) {
         const QString program = execPath + arguments.join(QLatin1Char(' '));
         return remoteArguments(remoteShellLine(program, file, port), windowId, size, serverAddress);
     }

@@ -20,8 +20,11 @@ QString expandEnvironment(const QString& command);
 // through the remote client.
 bool needsRemote(const QString& serverAddress, const QString& serverType);
 
-// The arguments of the process, in one of three forms: for the remote client (when address and type are given
-// and need it), for a chroot runner (setting ChrootEnvironment), or for the program itself.
+// Whether a launch goes through the remote client: address and type are known, and need it.
+bool isRemoteLaunch(const QString& serverAddress, const QString& serverType);
+
+// The arguments of the process, in one of three forms: for the remote client (isRemoteLaunch()), for a chroot
+// runner (setting ChrootEnvironment), or for the program itself.
 //
 // `file` is empty or an absolute path with "/"; `size` is the remote screen's, in pixels; `windowId` is its
 // parent window. The remote form carries the user's name and password in clear text, and reads credentials

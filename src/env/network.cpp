@@ -21,26 +21,24 @@ QString sharedFolderPath()
 }
 
 namespace {
-
-// Whether only the network can tell: a host of another name counts as local without a look at it.
-bool isLoopbackNamed(const QString& host, const QString& localName)
-{
-    return host == QLatin1String("127.0.0.1") && host.compare(localName, Qt::CaseInsensitive) == 0;
-}
-
+constexpr char loopback[] = "127.0.0.1";
 } // namespace
 
 bool isLocalHost(const QString& host)
 {
-    const QString name = QHostInfo::localHostName();
-    return !isLoopbackNamed(host, name) ||
-           isLocalHost(host, {name, QHostInfo::localDomainName(), QNetworkInterface::allAddresses()});
+    // The steps that need no look at the network, which takes its time.
+    if (host != QLatin1String(loopback) || host.compare(QHostInfo::localHostName(), Qt::CaseInsensitive) != 0)
+        return true;
+    return isLocalHost(
+        host, {QHostInfo::localHostName(), QHostInfo::localDomainName(), QNetworkInterface::allAddresses()});
 }
 
 bool isLocalHost(const QString& host, const LocalHost& local)
 {
-    // A comparison with "localhost" would have no say here: such a host is not named so.
-    if (!isLoopbackNamed(host, local.name))
+    if (host != QLatin1String(loopback))
+        return true;
+    // A comparison with "localhost" would have no say here: such a host has been answered for.
+    if (host.compare(local.name, Qt::CaseInsensitive) != 0)
         return true;
     if (host.compare(local.name + QLatin1Char('.') + local.domain, Qt::CaseInsensitive) != 0)
         return true;

@@ -109,15 +109,9 @@ bool AppInstance::hasServer() const
     return m_server && m_server->isConnected();
 }
 
-bool AppInstance::isRemote() const
-{
-    return !m_serverAddress.isEmpty() && !m_serverType.isEmpty() &&
-           catalogue::needsRemote(m_serverAddress, m_serverType);
-}
-
 QString AppInstance::program() const
 {
-    if (isRemote())
+    if (catalogue::isRemoteLaunch(m_serverAddress, m_serverType))
         return QLatin1String(catalogue::remoteClient);
     // No runner is known for chroot environments: the start fails there.
     if (env::readBooleanSetting(QLatin1String(env::key::chrootEnvironment)))

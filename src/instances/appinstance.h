@@ -70,7 +70,6 @@ private:
     void askServer();
     void readCatalogue();
     bool hasServer() const;
-    bool isRemote() const;
     QString program() const;
     // Sends "COMMAND?NAME&PID" and logs it, after `prefix`, with the reply.
     void report(const QString& command, const QString& prefix);

@@ -1,6 +1,7 @@
 #include "shell/appbutton.h"
 
 #include "instances/appinstance.h"
+#include "shell/focusframe.h"
 #include "shell/labelbreak.h"
 #include "shell/launchergrid.h"
 
@@ -113,12 +114,8 @@ void AppButton::paintLabel(QPainter& painter) const
 // Around the icon, touching neither its rectangle nor the label's strip.
 void AppButton::paintFocus(QPainter& painter) const
 {
-    constexpr int thickness = 2;
     const QRect frame(QPoint(iconFirst - 3, iconFirst - 3), QPoint(iconLast + 3, iconLast + 3));
-    QRegion region(frame);
-    region -= frame.adjusted(thickness, thickness, -thickness, -thickness);
-    for (const QRect& rectangle : region)
-        painter.fillRect(rectangle, QColor(focusColor));
+    shell::drawFocusFrame(&painter, frame, QColor(focusColor));
 }
 
 bool AppButton::isWaiting() const
@@ -197,18 +194,10 @@ void AppButton::keyPressEvent(QKeyEvent* event)
 
 void AppButton::focusInEvent(QFocusEvent* event)
 {
-    switch (event->reason()) {
-    case Qt::TabFocusReason:
-    case Qt::BacktabFocusReason:
-    case Qt::ShortcutFocusReason:
+    // When the window or a menu gives back what it took, it is as before.
+    if (shell::isKeyboardFocus(*event))
         m_focusByKeyboard = true;
-        break;
-    case Qt::MouseFocusReason:
-    case Qt::OtherFocusReason:
+    else if (event->reason() == Qt::MouseFocusReason || event->reason() == Qt::OtherFocusReason)
         m_focusByKeyboard = false;
-        break;
-    default: // the window or a menu gives back what it took: as before
-        break;
-    }
     QPushButton::focusInEvent(event);
 }

@@ -2,7 +2,6 @@
 
 #include <QFocusEvent>
 #include <QPainter>
-#include <QPalette>
 
 namespace shell {
 
@@ -18,12 +17,12 @@ bool isKeyboardFocus(const QFocusEvent& event)
     }
 }
 
-void drawFocusFrame(QPainter* painter, const QRect& outer, const QPalette& palette)
+void drawFocusFrame(QPainter* painter, const QRect& outer, const QColor& color)
 {
     painter->save();
     painter->setOpacity(1.0);
     painter->setBrush(Qt::NoBrush);
-    painter->setPen(palette.color(QPalette::Highlight));
+    painter->setPen(color);
     for (int i = 0; i < 2; ++i)
         painter->drawRect(
             outer.adjusted(i, i, -i - 1, -i - 1)); // the pen adds a pixel on the right and below

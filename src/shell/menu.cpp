@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -77,7 +78,7 @@ void Menu::buildGrid()
     createGrid();
     addSpacers();
     m_widgets.removeAll(nullptr);
-    for (QWidget* const widget : qAsConst(m_widgets)) {
+    for (QWidget* const widget : std::as_const(m_widgets)) {
         if (!putIntoGrid(widget))
             widget->hide();
     }

@@ -5,6 +5,7 @@
 #include "env/serverslot.h"
 #include "files/filesystemwidget.h"
 #include "shell/menu.h"
+#include "shell/ownwindow.h"
 #include "shell/taskfitting.h"
 #include "shell/threadbutton.h"
 #include "shell/threadwidget.h"
@@ -27,9 +28,6 @@ constexpr int arrowWidth = 24; // pixels
 const Qt::WindowFlags pageFlags = Qt::CustomizeWindowHint | Qt::FramelessWindowHint;
 const Qt::WindowFlags barFlags = Qt::CustomizeWindowHint | Qt::WindowStaysOnTopHint |
                                  Qt::FramelessWindowHint | Qt::BypassWindowManagerHint;
-
-// The shell's own windows have this title: the controller knows them by it.
-const QString ownTitle = QStringLiteral("quillet");
 
 // What windows are compared by.
 quint32 key(qlonglong window)
@@ -80,7 +78,7 @@ TabBar::TabBar()
     , m_leftArrow(createArrow(":/icons/64x64/back.png", "leftButton"))
     , m_rightArrow(createArrow(":/icons/64x64/forward.png", "rightButton"))
 {
-    setWindowTitle(ownTitle);
+    setWindowTitle(QLatin1String(shell::ownWindowTitle));
     QPalette colors = palette();
     colors.setBrush(QPalette::Window, QBrush(Qt::white));
     setPalette(colors);
@@ -130,7 +128,7 @@ void TabBar::addFixedButtons()
     };
     const auto prepare = [this](QWidget* page) {
         page->setWindowFlags(pageFlags);
-        page->setWindowTitle(ownTitle);
+        page->setWindowTitle(QLatin1String(shell::ownWindowTitle));
         page->installEventFilter(this);
     };
 

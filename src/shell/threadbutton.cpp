@@ -1,6 +1,7 @@
 #include "shell/threadbutton.h"
 
 #include "shell/focusframe.h"
+#include "shell/taskfitting.h"
 
 #include <QFocusEvent>
 #include <QPainter>
@@ -8,11 +9,9 @@
 
 namespace {
 
-constexpr int buttonWidth = 48;  // pixels
-constexpr int buttonHeight = 42; // pixels
-constexpr int iconExtent = 43;   // pixels
-constexpr int pressedInset = 2;  // pixels on each side
-constexpr int lightExtent = 50;  // pixels; where the selection's light stands, and how far it reaches
+constexpr int iconExtent = 43;  // pixels
+constexpr int pressedInset = 2; // pixels on each side
+constexpr int lightExtent = 50; // pixels; where the selection's light stands, and how far it reaches
 
 QBrush selectionBrush()
 {
@@ -38,7 +37,7 @@ ThreadButton::ThreadButton(QWidget* widget, int kind, const QPixmap& picture, co
     , m_processId(processId)
     , m_further(further)
 {
-    setFixedSize(buttonWidth, buttonHeight);
+    setFixedSize(shell::taskButtonWidth, shell::taskBarHeight);
     setIconSize(QSize(iconExtent, iconExtent));
     setAccessibleName(name);
     setAccessibleDescription(text); // several buttons may have the same name
@@ -73,7 +72,7 @@ void ThreadButton::paintEvent(QPaintEvent*)
     }
     // The selection leaves no room around it.
     if (m_hasKeyboardFocus && !isFilled)
-        shell::drawFocusFrame(&painter, rect().adjusted(1, 1, -1, -1), palette());
+        shell::drawFocusFrame(&painter, rect().adjusted(1, 1, -1, -1), palette().color(QPalette::Highlight));
 }
 
 void ThreadButton::focusInEvent(QFocusEvent* event)

@@ -1,6 +1,7 @@
 #include "shell/threadmanager.h"
 
 #include "shell/overviewgrid.h"
+#include "shell/ownwindow.h"
 #include "shell/threadbutton.h"
 #include "shell/threadwidget.h"
 
@@ -42,7 +43,7 @@ ThreadManager::ThreadManager(const QList<ThreadButton*>& buttons, int fixedButto
     , m_layout(new QGridLayout(this))
     , m_select(std::move(select))
 {
-    setWindowTitle(QStringLiteral("quillet"));
+    setWindowTitle(QLatin1String(shell::ownWindowTitle));
     const QRect screen = QGuiApplication::primaryScreen()->geometry();
     move(screen.topLeft());
     setFixedSize(screen.size());

@@ -141,7 +141,8 @@ void ThreadWidget::paintEvent(QPaintEvent* event)
     if (!m_framed)
         return;
     QPainter painter(this);
-    shell::drawFocusFrame(&painter, m_framed->geometry().adjusted(-gap, -gap, gap, gap), palette());
+    shell::drawFocusFrame(&painter, m_framed->geometry().adjusted(-gap, -gap, gap, gap),
+                          palette().color(QPalette::Highlight));
 }
 
 void ThreadWidget::clicked()

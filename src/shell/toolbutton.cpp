@@ -47,7 +47,7 @@ void ToolButton::paintEvent(QPaintEvent*)
     }
     // The fill leaves no room around it.
     if (m_hasKeyboardFocus && !isFilled)
-        shell::drawFocusFrame(&painter, rect().adjusted(1, 1, -1, -1), palette());
+        shell::drawFocusFrame(&painter, rect().adjusted(1, 1, -1, -1), palette().color(QPalette::Highlight));
 }
 
 void ToolButton::focusInEvent(QFocusEvent* event)
