@@ -48,6 +48,8 @@ int shellMain()
     QApplication application(argumentCount, nullptr, flagsOfQt560);
     initResources();
     QApplication::setQuitOnLastWindowClosed(false); // only the end of the session ends the shell
+    // Else pages that do not close would keep Windows from logging the user off.
+    QGuiApplication::setFallbackSessionManagementEnabled(false);
     installPreferredStyle();
     catalogue::loadExtensionMap();
     installTranslation();

@@ -1,55 +1,391 @@
 #include "session/desktop.h"
 
+#include "catalogue/application.h"
+#include "catalogue/cataloguefiles.h"
 #include "env/log.h"
-#include "env/serverslot.h"
-#include "server/twclient.h"
+#include "instances/appinstance.h"
+#include "session/busycursor.h"
 #include "session/login.h"
+#include "session/screensize.h"
+#include "shell/ownwindow.h"
+#include "shell/tabbar.h"
+#include "shell/taskfitting.h"
+#include "shell/threadbutton.h"
+#include "winapi/processes.h"
+#include "winapi/sessionmanager.h"
 #include "winapi/systemtaskbar.h"
+#include "winapi/windowoperations.h"
 #include "winapi/windowssession.h"
+#include "winapi/winmanager.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QDesktopWidget>
+#include <QDir>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QScopedValueRollback>
+
+#include <utility>
 
 namespace {
-constexpr int connectedWait = 30000; // ms
+
+constexpr int launchWait = 15000;    // ms
+constexpr quint32 stillActive = 259; // an exit code's value
+constexpr quint16 noChannel = 0;     // a port
+const QSize launchIconSize(48, 42);  // pixels
+
+// What the task bar leaves of the desktop.
+QSize pageSize()
+{
+    return session::desktopSize() - QSize(0, shell::taskBarHeight);
+}
+
+bool isOwnWindow(quint32 processId)
+{
+    return processId == QCoreApplication::applicationPid();
+}
+
+QIcon defaultIcon()
+{
+    return QIcon(QStringLiteral(":/icons/applications") + QDir::separator() + QStringLiteral("default.png"));
+}
+
+void fitPage(QWidget* page)
+{
+    if (page->isMaximized()) // as every window that is brought to the front
+        page->setWindowState(page->windowState() & ~Qt::WindowMaximized);
+    page->setFixedSize(pageSize());
+    page->move(0, 0);
+}
+
 } // namespace
 
 Desktop::Desktop()
 {
-    if (!session::logIn([this] { return connectToServer(); }))
+    if (session::logIn([this] { return connectToServer(); }))
+        buildScreen();
+    else
         exitApp();
 }
 
+void Desktop::buildScreen()
+{
+    connect(QApplication::desktop(), SIGNAL(resized(int)), this, SLOT(resize(int)));
+
+    m_sessionEvents = new SessionManager;
+    connect(m_sessionEvents, SIGNAL(clientConnectEvent()), this, SLOT(clientConnected()));
+    m_sessionEvents->start(QThread::InheritPriority);
+
+    m_windows = new WinManager(this);
+    connect(m_windows, SIGNAL(mapWindow(qlonglong)), this, SLOT(mapWindow(qlonglong)));
+    connect(m_windows, SIGNAL(unmapWindow(qlonglong)), this, SLOT(unmapWindow(qlonglong)));
+    connect(m_windows, SIGNAL(titleChanged(qlonglong, QString)), this,
+            SLOT(titleChanged(qlonglong, QString)));
+
+    m_tabBar = new TabBar;
+    const QSize desktop = session::desktopSize();
+    m_tabBar->setGeometry(0, desktop.height() - shell::taskBarHeight, desktop.width(), shell::taskBarHeight);
+    connect(m_tabBar, SIGNAL(closeButtonClicked(qlonglong)), this, SLOT(closeButtonClicked(qlonglong)));
+    connect(m_tabBar, SIGNAL(killButtonClicked(qlonglong)), this, SLOT(killButtonClicked(qlonglong)));
+    connect(m_tabBar, SIGNAL(currentChanged(int)), this, SLOT(setSelected(int)));
+    connect(m_tabBar, SIGNAL(launchApplication(AppInstance*)), this, SLOT(launchApplication(AppInstance*)));
+    connect(m_tabBar, SIGNAL(openFile(QString, QString)), this, SLOT(openFile(QString, QString)));
+    connect(m_tabBar, SIGNAL(mapWidget(QWidget*, bool)), this, SLOT(mapWidget(QWidget*, bool)));
+    connect(m_tabBar, SIGNAL(exitApp()), this, SLOT(exitApp()));
+
+    m_windows->start(QThread::InheritPriority);
+    resize();
+}
+
+bool Desktop::connectToServer()
+{
+    return m_server.connectToServer();
+}
+
+void Desktop::loadedFinished()
+{
+    m_loading = false;
+}
+
+// --- Launching
+
+void Desktop::launchApplication(AppInstance* app)
+{
+    launch(app);
+}
+
+bool Desktop::launch(AppInstance* app)
+{
+    if (!app || !m_tabBar || m_launching || (session::isBusy() && m_launchTimer.isActive()))
+        return false;
+    const QPointer<AppInstance> instance(app);
+    const QScopedValueRollback<bool> launching(m_launching, true);
+    session::showBusy();
+    QCoreApplication::processEvents(); // the cursor is seen before the start blocks
+    m_launchTimer.start(launchWait);
+    connect(&m_launchTimer, SIGNAL(timeout()), this, SLOT(timeout()));
+    if (!instance || !m_tabBar) { // gone meanwhile
+        timeout();
+        return false;
+    }
+
+    m_launchIcon = instance->icon();
+    m_launchName = instance->name();
+    if (instance->onlyOne()) {
+        // Wanted: a running instance is looked for in the log alone, and the launch goes on.
+        for (int i = 0; i < m_tabBar->count(); ++i)
+            env::logInfo(QStringLiteral("Looking for onlyOne existing application. AppName(%1): %2")
+                             .arg(i)
+                             .arg(m_launchName));
+    }
+    qDebug("Type: %s", qUtf8Printable(instance->serverType()));
+    m_currentProcess = instance->launch(QSize(), noChannel);
+    const qint64 processId = m_currentProcess->processId();
+    m_processes.insert(processId, m_currentProcess);
+    env::logInfo(
+        QStringLiteral("Launching application %1 with PID=%2").arg(m_launchName, QString::number(processId)));
+    return m_currentProcess->error() != QProcess::FailedToStart;
+}
+
+void Desktop::timeout()
+{
+    session::showReady();
+    m_launchTimer.stop();
+    disconnect(&m_launchTimer, SIGNAL(timeout()), this, SLOT(timeout())); // every launch made one more
+}
+
+void Desktop::openFile(const QString& file, const QString& application)
+{
+    qDebug("Trying to open file %s with application %s", qUtf8Printable(file), qUtf8Printable(application));
+    QString id = application;
+    if (id.isEmpty()) {
+        const QFileInfo info(file);
+        if (catalogue::mimeTypeForFile(info) == QLatin1String(catalogue::recursiveLinkType)) {
+            QMessageBox::critical(nullptr, tr("Link error"), tr("This file is a recursive set of links"));
+            return;
+        }
+        id = Application::defaultApplication(QLatin1Char('.') + info.suffix());
+        if (id.isEmpty())
+            return;
+    }
+    auto* const instance = new AppInstance(id, m_server.client()); // deletes itself, see next
+    connect(instance, SIGNAL(deleteAppInstance()), instance, SLOT(deleteLater()));
+    connect(instance, SIGNAL(finished(int, QProcess::ExitStatus)), instance, SIGNAL(deleteAppInstance()));
+    instance->setFile(file);
+    if (!launch(instance))
+        instance->deleteLater(); // what never started never finishes
+}
+
+void Desktop::openFile(const QString& file)
+{
+    openFile(file, QString());
+}
+
+void Desktop::openMime(const QString&, const QString&) {}
+
+// --- The screen
+
+void Desktop::resize(int)
+{
+    resize();
+}
+
+void Desktop::resize()
+{
+    if (!m_tabBar)
+        return;
+    const QSize size = pageSize();
+    winapi::hideSystemTaskBar();
+    m_windows->resize(QRect(QPoint(0, 0), size));
+    m_tabBar->resize(size);
+    fitPages();
+    m_tabBar->show();
+    if (m_tabBar->currentButton())
+        m_tabBar->refresh();
+    else
+        m_tabBar->showDesktop();
+}
+
+void Desktop::clientConnected()
+{
+    resize();
+}
+
+// All of them, so that none is seen at another size first.
+void Desktop::fitPages()
+{
+    for (int i = 0; i < m_tabBar->count(); ++i) {
+        if (QWidget* const page = m_tabBar->buttonAt(i)->widget())
+            fitPage(page);
+    }
+}
+
+// --- Tasks
+
+void Desktop::setSelected(int index)
+{
+    const ThreadButton* const button = m_tabBar ? m_tabBar->buttonAt(index) : nullptr;
+    if (!button)
+        return;
+    const qlonglong window = button->windowId();
+    setThreadWidgetName(index);
+    qDebug("Setting selected index: %d, window: %d, ", button->index(), static_cast<int>(window));
+    setThreadWidgetTitle(window);
+    winapi::bringWindowToFront(window, false);
+    if (QWidget* const page = button->widget()) {
+        m_tabBar->setCurrentThreadText(button->taskText()); // also of a page without a window of its own
+        fitPage(page);
+    }
+}
+
+void Desktop::setThreadWidgetName(int index)
+{
+    const ThreadButton* const button = m_tabBar ? m_tabBar->buttonAt(index) : nullptr;
+    if (!button)
+        return;
+    m_tabBar->setCurrentThreadName(button->name());
+    if (button->windowId() != 0)
+        m_tabBar->setCurrentThreadText(button->taskText());
+}
+
+void Desktop::setThreadWidgetTitle(qlonglong window)
+{
+    const ThreadButton* const button =
+        m_tabBar && window >= 0 ? m_tabBar->buttonAt(m_tabBar->indexOfWindow(window)) : nullptr;
+    if (button)
+        m_tabBar->setCurrentThreadText(button->widget() ? button->taskText() : winapi::windowTitle(window));
+}
+
+void Desktop::mapWindow(qlonglong window)
+{
+    if (!m_tabBar)
+        return;
+    const quint32 processId = winapi::windowProcessId(window);
+    const int index = m_tabBar->indexOfWindow(window);
+    qDebug("Index of window %d is %d", static_cast<int>(window), index);
+    if (index < 0) {
+        if (!winapi::isApplicationWindow(window) || isOwnWindow(processId) ||
+            winapi::windowTitle(window) == QLatin1String(shell::ownWindowTitle))
+            return;
+        attachWindow(window, processId);
+    } else {
+        m_tabBar->setCurrentIndex(index);
+        winapi::bringWindowToFront(window, false);
+    }
+    setThreadWidgetTitle(window);
+    setThreadWidgetName(index);
+}
+
+void Desktop::attachWindow(qlonglong window, quint32 processId)
+{
+    const QSize size = pageSize();
+    qDebug("Attaching window %s (desktop size: %dx%d)", qUtf8Printable(winapi::windowTitle(window)),
+           size.width(), size.height());
+    winapi::bringWindowToFront(window, false);
+    const QIcon icon = m_launchIcon.isNull() ? defaultIcon() : m_launchIcon;
+    auto* const button = new ThreadButton(nullptr, ThreadButton::WindowButton, icon.pixmap(launchIconSize),
+                                          m_launchName, m_launchName, window, processId, 0); // the task bar's
+    m_tabBar->addButton(button);
+    connect(button, SIGNAL(threadButtonClicked(qlonglong)), this, SLOT(mapWindow(qlonglong)));
+    session::showReady(); // the launch has produced its window
+}
+
+void Desktop::mapNotify() {}
+
+void Desktop::unmapWindow(qlonglong window)
+{
+    if (!m_tabBar || window == 0)
+        return;
+    // Wanted: a wait never answers this, so that the button goes whether or not the process still runs.
+    if (winapi::processWaitResult(winapi::windowProcessId(window)) == stillActive)
+        return;
+    const int index = m_tabBar->indexOfWindow(window);
+    if (index < m_tabBar->fixedCount())
+        return;
+    m_tabBar->removeButton(index);
+    qDebug("Removed index %d", index);
+}
+
+void Desktop::titleChanged(qlonglong window, const QString& newTitle)
+{
+    if (!m_tabBar)
+        return;
+    qDebug("Title changed!!! to %s", qUtf8Printable(newTitle));
+    const int index = m_tabBar->indexOfWindow(window);
+    const int current = m_tabBar->currentIndex();
+    if (index < 0 || index != current) {
+        qDebug("Not current title, as current index is %d and window index is %d", current, index);
+        return;
+    }
+    m_tabBar->setCurrentThreadText(newTitle);
+}
+
+void Desktop::closeButtonClicked(qlonglong window)
+{
+    winapi::closeWindow(window);
+    winapi::bringWindowToFront(window, false);
+}
+
+void Desktop::killButtonClicked(qlonglong window)
+{
+    winapi::quitWindow(window);
+}
+
+// --- Pages
+
+void Desktop::mapWidget(QWidget* widget, bool force)
+{
+    if (!m_tabBar || !widget)
+        return;
+    qDebug("Mapping widget...");
+    const int index = m_tabBar->indexOfWidget(widget);
+    qDebug("Index: %d", index);
+    if (!force && (index < 0 || index == m_tabBar->currentIndex()))
+        return;
+    qDebug("Setting current index to %d", index);
+    m_tabBar->setCurrentIndex(index);
+    // Setting flags hides the window, whether or not they are others.
+    if ((widget->windowFlags() & ~Qt::WindowType_Mask) != shell::pageFlags)
+        widget->setWindowFlags(shell::pageFlags);
+    fitPage(widget);
+    widget->setFocus(Qt::OtherFocusReason);
+    widget->show();
+    widget->activateWindow();
+    widget->updateGeometry();
+    qDebug("Widget size: %dx%d", widget->width(), widget->height());
+}
+
+void Desktop::mapWidget(QWidget* widget)
+{
+    mapWidget(widget, false);
+}
+
+// --- The end
+
 void Desktop::exitApp()
 {
-    if (m_client) {
-        if (m_client->isConnected())
-            env::logInfo(m_client->sendCommand(QStringLiteral("end_session")));
-        dropClient();
+    if (wantsSuspension()) {
+        winapi::disconnect();
+        return;
+    }
+    m_server.endSession();
+    // The button that was pressed is one of the bar's: pages and drives are closed now, the objects go later.
+    if (TabBar* const tabBar = std::exchange(m_tabBar, nullptr)) {
+        tabBar->close();
+        tabBar->deleteLater();
     }
     winapi::restoreSystemTaskBar();
     winapi::logOff();
     QCoreApplication::exit(0); // no effect before the event loop runs: Windows ends the process then
 }
 
-bool Desktop::connectToServer()
+bool Desktop::wantsSuspension() const
 {
-    dropClient(); // one at a time
-    m_client = new TWClient;
-    env::setServerClient(m_client);
-    if (m_client->connectToServer()) {
-        m_client->waitForConnected(connectedWait);
-        return true;
-    }
-    dropClient();
-    env::logError(QStringLiteral("Cannot connect to twserver"));
-    return false;
-}
-
-// The slot is cleared first: nobody must find a client that is saying good-bye.
-void Desktop::dropClient()
-{
-    TWClient* const client = m_client;
-    m_client = nullptr;
-    env::setServerClient(nullptr);
-    delete client;
+    if (!m_tabBar || m_tabBar->count() <= m_tabBar->fixedCount())
+        return false;
+    return QMessageBox::question(
+               nullptr, tr("Suspend session"),
+               tr("There are currently running applications. Do you want to suspend session "
+                  "keeping them running?"),
+               QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
 }

@@ -25,7 +25,6 @@ namespace {
 
 constexpr char pageColor[] = "e6eaed";
 constexpr int arrowWidth = 24; // pixels
-const Qt::WindowFlags pageFlags = Qt::CustomizeWindowHint | Qt::FramelessWindowHint;
 const Qt::WindowFlags barFlags = Qt::CustomizeWindowHint | Qt::WindowStaysOnTopHint |
                                  Qt::FramelessWindowHint | Qt::BypassWindowManagerHint;
 
@@ -109,11 +108,15 @@ TabBar::TabBar()
 
 TabBar::~TabBar()
 {
-    for (QWidget* const page : {static_cast<QWidget*>(m_launcher), static_cast<QWidget*>(m_fileManager),
-                                static_cast<QWidget*>(m_configuration)}) {
+    for (QWidget* const page : pages()) {
         page->close();
         delete page;
     }
+}
+
+QList<QWidget*> TabBar::pages() const
+{
+    return {m_launcher, m_fileManager, m_configuration};
 }
 
 void TabBar::addFixedButtons()
@@ -127,7 +130,7 @@ void TabBar::addFixedButtons()
         return button;
     };
     const auto prepare = [this](QWidget* page) {
-        page->setWindowFlags(pageFlags);
+        page->setWindowFlags(shell::pageFlags);
         page->setWindowTitle(QLatin1String(shell::ownWindowTitle));
         page->installEventFilter(this);
     };
@@ -396,10 +399,13 @@ void TabBar::rightButtonClicked()
 
 void TabBar::closeEvent(QCloseEvent* event)
 {
-    if (event->spontaneous())
+    if (event->spontaneous()) {
         event->ignore();
-    else
-        QWidget::closeEvent(event);
+        return;
+    }
+    for (QWidget* const page : pages())
+        page->close();
+    QWidget::closeEvent(event);
 }
 
 bool TabBar::eventFilter(QObject* watched, QEvent* event)

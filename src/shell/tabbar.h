@@ -40,6 +40,8 @@ public:
     ThreadButton* buttonAt(int position) const;
     // The button that the task panel shows, null when there is none.
     ThreadButton* currentButton() const;
+    // Its position, -1 without one.
+    int currentIndex() const { return m_buttons.indexOf(currentButton()); }
 
 signals:
     void buttonClicked(ThreadButton* button);
@@ -73,13 +75,14 @@ private slots:
     void rightButtonClicked();
 
 protected:
-    // The bar and its pages do not close because a user says so.
+    // The pages close with the bar; neither does because a user says so.
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void addFixedButtons();
     void fillPages();
+    QList<QWidget*> pages() const;
     void select(ThreadButton* button);
     int taskCount() const;
     // Shows or hides the task at a position among the tasks; none is ignored.

@@ -20,7 +20,7 @@ void sessionEvent(DWORD events)
     State& windows = state();
     const QMutexLocker locker(&windows.lock);
     windows.sessionEvents |= events;
-    windows.sessionEventHappened.wakeOne();
+    windows.sessionEventHappened.wakeAll();
 }
 
 } // namespace simwin
@@ -34,7 +34,7 @@ BOOL WINAPI WTSDisconnectSession(HANDLE server, DWORD session, BOOL wait)
                         QString::number(wait)}))
         return FALSE;
     windows.sessionEvents |= WTS_EVENT_DISCONNECT;
-    windows.sessionEventHappened.wakeOne();
+    windows.sessionEventHappened.wakeAll();
     return TRUE;
 }
 
@@ -47,7 +47,8 @@ BOOL WINAPI WTSWaitSystemEvent(HANDLE server, DWORD mask, DWORD* events)
         *events = 0xFFFFFFFF; // nothing is promised of it
         return FALSE;
     }
-    while (!(windows.sessionEvents & mask))
+    const int desktop = windows.resets;
+    while (windows.resets != desktop || !(windows.sessionEvents & mask))
         windows.sessionEventHappened.wait(&windows.lock);
     *events = windows.sessionEvents & mask;
     windows.sessionEvents &= ~mask;

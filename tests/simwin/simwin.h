@@ -12,7 +12,7 @@
 namespace simwin {
 
 // Back to a fresh Windows: no failures, no recorded calls, no windows, the drives A: and C:, a user outside
-// the Administrators group. Nobody may be waiting in a call.
+// the Administrators group. Who waits for session events waits for ever then.
 void reset();
 
 // --- Calls

@@ -57,6 +57,7 @@ void reset()
     windows.untrueNetworkCount = false;
     windows.enumerations.clear();
     windows.sessionEvents = 0;
+    ++windows.resets;
 }
 
 void setRecording(bool records)

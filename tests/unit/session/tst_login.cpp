@@ -1,5 +1,5 @@
-// The session's start and its early end, from the controller's constructor, with a server on loopback.
-#include "session/desktop.h"
+// The session's start, with a server on loopback. What a failed one leads to is the controller's.
+#include "session/login.h"
 
 #include "env/identity.h"
 #include "env/inifile.h"
@@ -9,7 +9,7 @@
 #include "server/twclient.h"
 #include "session/initscreen.h"
 #include "session/screensize.h"
-#include "simwin.h"
+#include "session/serverconnection.h"
 #include "support/modalanswerer.h"
 #include "support/quillettest.h"
 #include "support/twserver/twserver.h"
@@ -41,7 +41,8 @@ class LoginTest : public QuilletTest
 
     std::unique_ptr<TwServer> m_server;
     std::unique_ptr<ModalAnswerer> m_answers;
-    std::unique_ptr<Desktop> m_desktop;
+    std::unique_ptr<ServerConnection> m_connection;
+    bool m_loggedIn = false;
 
     void configure(const QByteArray& port)
     {
@@ -49,14 +50,13 @@ class LoginTest : public QuilletTest
                                 "\nTidewellServerAddress=127.0.0.1\n");
     }
 
-    // An exit() without an event loop lets every dialog return at once until the next exec().
-    static void runAnEventLoop()
+    void startSession()
     {
-        QTimer::singleShot(0, [] { QCoreApplication::quit(); });
-        QCoreApplication::exec();
+        m_connection = std::make_unique<ServerConnection>();
+        m_loggedIn = session::logIn([this] { return m_connection->connectToServer(); });
+        if (!m_loggedIn)
+            m_connection->endSession();
     }
-
-    void startSession() { m_desktop = std::make_unique<Desktop>(); }
 
     void expectBox(const QString& text)
     {
@@ -91,18 +91,16 @@ class LoginTest : public QuilletTest
         return entries;
     }
 
-    static QList<QByteArray> exitCalls() { return {"FindWindowW", "SHAppBarMessage", "ExitWindowsEx"}; }
-
     void verifyGoesOn()
     {
-        QVERIFY(simwin::calls().isEmpty());
+        QVERIFY(m_loggedIn);
         QVERIFY(env::serverClient());
         QVERIFY(env::serverClient()->isConnected());
     }
 
     void verifyEnded()
     {
-        QCOMPARE(simwin::callNames(), exitCalls());
+        QVERIFY(!m_loggedIn);
         QVERIFY(!env::serverClient());
     }
 
@@ -124,10 +122,7 @@ private slots:
         const QStringList problems = m_answers->problems();
         m_answers.reset();
         m_server.reset(); // first, so that no farewell waits for a silent server
-        delete env::serverClient();
-        env::setServerClient(nullptr);
-        m_desktop.reset();
-        runAnEventLoop();
+        m_connection.reset();
         QuilletTest::cleanup();
         QVERIFY2(problems.isEmpty(), qPrintable(problems.join('\n')));
     }
@@ -148,8 +143,8 @@ private slots:
         configure(port);
         sandbox().writeToken("[General]\nUserToken=the token\n");
         startSession();
+        QVERIFY(m_loggedIn);
         QVERIFY(!env::serverClient());
-        QVERIFY(simwin::calls().isEmpty());
         QVERIFY(m_server->nobodyConnected());
         QCOMPARE(logEntries(), QStringList("Info: Starting session with user 'clerk'"));
         QCOMPARE(debugOutput().last(), QStringLiteral("Settings file: %1").arg(env::settingsPath()));
@@ -159,8 +154,8 @@ private slots:
     {
         QVERIFY(QFile::remove(env::settingsPath()));
         startSession();
+        QVERIFY(m_loggedIn);
         QVERIFY(!env::serverClient());
-        QVERIFY(simwin::calls().isEmpty());
     }
 
     // --- Who the user is
@@ -219,7 +214,6 @@ private slots:
     {
         expectPassword(QStringLiteral("tide"));
         startSession();
-        delete env::serverClient();
         startSession();
         verifyGoesOn();
         QCOMPARE(m_server->requests().mid(4),
@@ -384,11 +378,9 @@ private slots:
         expectPassword(QStringLiteral("tide"));
         expect("Usuario no activado");
         startSession();
-        runAnEventLoop();
         sandbox().writeToken("[General]\nUserToken=stale\n");
         expect("Token rechazado");
         startSession();
-        runAnEventLoop();
         m_server->stop();
         expect("Sin servidor");
         startSession();
@@ -416,7 +408,6 @@ private slots:
         expectPassword(QStringLiteral("tide"));
         startSession();
         verifyGoesOn();
-        delete env::serverClient();
         // Written anew, so that it is the file that is read and not what Qt remembers of it.
         sandbox().writeToken(Sandbox::readFile(env::tokenPath()));
         m_server->setFault("login?", {TwFault::Instead, 0, "OK"});
@@ -516,90 +507,28 @@ private slots:
     {
         configure("0");
         startSession();
-        QVERIFY(!m_desktop->connectToServer());
+        QVERIFY(!m_connection->connectToServer());
         QVERIFY(!env::serverClient());
         QCOMPARE(logEntries().last(), QStringLiteral("Error: Cannot connect to twserver"));
         configure(QByteArray::number(m_server->port()));
-        QVERIFY(m_desktop->connectToServer());
+        QVERIFY(m_connection->connectToServer());
         QVERIFY(env::serverClient());
         QVERIFY(env::serverClient()->isConnected());
     }
 
     // --- The end
 
-    void theEndTellsTheServerThenRestoresTheTaskBarThenLogsOff()
+    void theServerIsToldOfTheEndThenTheClientGoes()
     {
         sandbox().writeToken("[General]\nUserToken=the token\n");
-        simwin::setWindowOfClass(QStringLiteral("System_TrayWnd"), 0x1234);
-        QList<int> callsBefore; // of Windows, when the server was asked something
-        m_server->stop();
-        m_server->onEvent = [&](const TwEvent& event) {
-            if (event.kind == TwEvent::Request)
-                callsBefore.append(simwin::calls().size());
-        };
-        QVERIFY(m_server->start());
-        configure(QByteArray::number(m_server->port()));
         startSession();
-        m_desktop->exitApp();
+        m_connection->endSession();
+        QVERIFY(!m_connection->client());
+        QVERIFY(!env::serverClient());
         QCOMPARE(m_server->requests().mid(2), QList<QByteArray>({"end_session", "quit\n"}));
-        QCOMPARE(callsBefore, QList<int>({0, 0, 0, 0}));
         QCOMPARE(logEntries().value(2), QStringLiteral("Info: Session ended"));
-        verifyEnded();
-        const QList<simwin::Call> calls = simwin::calls();
-        QCOMPARE(calls.value(0).arguments, QStringList({"System_TrayWnd", QString()}));
-        // Message, size of the data, the window as found, always on top.
-        QCOMPARE(calls.value(1).arguments, QStringList({"10", "48", QString::number(0x1234), "2"}));
-        QCOMPARE(calls.value(2).arguments, QStringList({"0", "ffffffff"}));
-    }
-
-    void theTaskBarsWindowIsPassedOnAlsoWhenThereIsNone()
-    {
-        configure("0");
-        startSession();
-        m_desktop->exitApp();
-        QCOMPARE(simwin::calls().value(1).arguments, QStringList({"10", "48", "0", "2"}));
-    }
-
-    void theEndGoesOnWhenWindowsRefuses()
-    {
-        configure("0");
-        startSession();
-        simwin::fail("SHAppBarMessage", ERROR_ACCESS_DENIED);
-        simwin::fail("ExitWindowsEx", ERROR_ACCESS_DENIED);
-        QTimer::singleShot(0, m_desktop.get(), SLOT(exitApp()));
-        QCOMPARE(QCoreApplication::exec(), 0);
-        QCOMPARE(simwin::callNames(), exitCalls());
-    }
-
-    void theEndWithoutAServerStillLogsOff()
-    {
-        configure("0");
-        startSession();
-        m_desktop->exitApp();
-        QCOMPARE(simwin::callNames(), exitCalls());
-        QVERIFY(m_server->nobodyConnected());
-    }
-
-    void theEndLeavesTheEventLoopWhenItRuns()
-    {
-        configure("0");
-        startSession();
-        QTimer::singleShot(0, m_desktop.get(), SLOT(exitApp()));
-        QCOMPARE(QCoreApplication::exec(), 0);
-        QCOMPARE(simwin::callNames(), exitCalls());
-    }
-
-    void anEndBeforeTheEventLoopLeavesItRunning()
-    {
-        expectCancel();
-        startSession();
-        bool stillRunning = false;
-        QTimer::singleShot(300, [&] {
-            stillRunning = true;
-            QCoreApplication::exit(3);
-        });
-        QCOMPARE(QCoreApplication::exec(), 3);
-        QVERIFY(stillRunning);
+        m_connection->endSession(); // nothing is left to end
+        QCOMPARE(logEntries().size(), 3);
     }
 
     void aServerThatIsGoneDoesNotKeepTheSessionFromEnding()
@@ -607,8 +536,8 @@ private slots:
         sandbox().writeToken("[General]\nUserToken=the token\n");
         startSession();
         m_server->stop();
-        m_desktop->exitApp();
-        verifyEnded();
+        m_connection->endSession();
+        QVERIFY(!env::serverClient());
         QCOMPARE(logEntries().last(), QStringLiteral("Info: "));
     }
 };
