@@ -4,8 +4,14 @@
 // administrators have them; the default user under Wine is one. Ends when PROGRAM does, with its exit code;
 // 125 when PROGRAM could not be started.
 //
-// When the user is logged off, Windows ends every program of the session, Wine only those that have a window.
-// Therefore this program has one, though nobody sees it, and ends PROGRAM then, with exit code 99.
+// This program has a window that nobody sees, for two reasons:
+//
+// - When the user is logged off, Windows ends every program of the session, Wine only those that have a
+// window.
+//   This one ends PROGRAM then, with exit code 99.
+// - It stands in for the system's task bar, above Wine's own: that opens a menu when it is told that the work
+//   area has changed, and the sender waits until somebody closes the menu. This one answers at once; each
+//   command that it gets is appended as a line "command NUMBER" to the file that ASUSER_COMMANDS names.
 #include <windows.h>
 
 #include <cstdio>
@@ -37,25 +43,46 @@ constexpr UINT loggedOff = 99; // exit code of a PROGRAM that a log-off ended
 
 HANDLE g_process = nullptr; // PROGRAM
 
+void record(WPARAM command)
+{
+    const wchar_t* const path = _wgetenv(L"ASUSER_COMMANDS");
+    std::FILE* const file = path ? _wfopen(path, L"ab") : nullptr;
+    if (!file)
+        return;
+    std::fprintf(file, "command %llu\n", static_cast<unsigned long long>(command));
+    std::fclose(file);
+}
+
 LRESULT CALLBACK handleMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_ENDSESSION && wParam) {
         TerminateProcess(g_process, loggedOff);
         ExitProcess(loggedOff); // before Wine ends this program in its own way
     }
+    if (message == WM_COMMAND) {
+        record(wParam);
+        return 0;
+    }
     return DefWindowProcW(window, message, wParam, lParam);
+}
+
+// False when another window of the class would be found before ours.
+bool createWindow()
+{
+    WNDCLASSW windowClass = {};
+    windowClass.lpfnWndProc = handleMessage;
+    windowClass.hInstance = GetModuleHandleW(nullptr);
+    windowClass.lpszClassName = L"Shell_TrayWnd";
+    RegisterClassW(&windowClass);
+    const HWND window =
+        CreateWindowExW(WS_EX_TOOLWINDOW | WS_EX_TOPMOST, windowClass.lpszClassName, L"", WS_POPUP, 0, 0, 0,
+                        0, nullptr, nullptr, windowClass.hInstance, nullptr);
+    return window && FindWindowW(windowClass.lpszClassName, nullptr) == window;
 }
 
 void waitFor(HANDLE process)
 {
     g_process = process;
-    WNDCLASSW windowClass = {};
-    windowClass.lpfnWndProc = handleMessage;
-    windowClass.hInstance = GetModuleHandleW(nullptr);
-    windowClass.lpszClassName = L"asuser";
-    RegisterClassW(&windowClass);
-    CreateWindowW(L"asuser", L"", WS_OVERLAPPED, 0, 0, 0, 0, nullptr, nullptr, windowClass.hInstance,
-                  nullptr);
     while (MsgWaitForMultipleObjects(1, &process, FALSE, INFINITE, QS_ALLINPUT) == WAIT_OBJECT_0 + 1) {
         MSG message;
         while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
@@ -84,6 +111,9 @@ int main()
     SID_AND_ATTRIBUTES disabled = {sid, 0};
     if (!CreateRestrictedToken(own, 0, 1, &disabled, 0, nullptr, 0, nullptr, &restricted))
         return fail("CreateRestrictedToken");
+
+    if (!createWindow())
+        return fail("The window");
 
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
