@@ -1,7 +1,9 @@
 // listwindows
 //
-// Prints one line for every visible top-level window, the foremost first: the program that it belongs to, its
-// class and its title, separated by tabs, in UTF-8. The last line is "end".
+// Prints one line for every visible top-level window, the foremost first, in UTF-8: the program that it
+// belongs to, its class, its title, its handle as a decimal number, the position and size of its frame on the
+// screen (x, y, width, height) and "normal", "minimised" or "maximised", separated by tabs. The last line is
+// "end".
 #include <windows.h>
 
 #include <cstdio>
@@ -41,7 +43,16 @@ BOOL CALLBACK visit(HWND window, LPARAM)
     GetWindowTextW(window, title, 256);
     print(programOf(window), '\t');
     print(windowClass, '\t');
-    print(title, '\n');
+    for (wchar_t* at = title; *at; ++at) {
+        if (*at == L'\t' || *at == L'\n' || *at == L'\r')
+            *at = L' ';
+    }
+    print(title, '\t');
+    RECT frame = {};
+    GetWindowRect(window, &frame);
+    const char* const state = IsIconic(window) ? "minimised" : IsZoomed(window) ? "maximised" : "normal";
+    std::printf("%lld\t%ld\t%ld\t%ld\t%ld\t%s\n", static_cast<long long>(reinterpret_cast<LONG_PTR>(window)),
+                frame.left, frame.top, frame.right - frame.left, frame.bottom - frame.top, state);
     return TRUE;
 }
 

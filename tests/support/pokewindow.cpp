@@ -1,7 +1,7 @@
 // pokewindow HANDLE ACTION [TITLE]
 //
 // Does something to the window with this handle (a decimal number), as one program may do to another's:
-// title, minimise, restore, hide, show, close. Exit code 0 when the window is there.
+// title, minimise, maximise, restore, hide, show, close, quit. Exit code 0 when the window is there.
 #include <windows.h>
 
 #include <cwchar>
@@ -19,6 +19,8 @@ int wmain(int argc, wchar_t** argv)
         SetWindowTextW(window, argc > 3 ? argv[3] : L"");
     else if (action == L"minimise")
         ShowWindow(window, SW_MINIMIZE);
+    else if (action == L"maximise")
+        ShowWindow(window, SW_MAXIMIZE);
     else if (action == L"restore")
         ShowWindow(window, SW_RESTORE);
     else if (action == L"hide")
@@ -27,6 +29,8 @@ int wmain(int argc, wchar_t** argv)
         ShowWindow(window, SW_SHOW);
     else if (action == L"close")
         PostMessageW(window, WM_SYSCOMMAND, SC_CLOSE, 0);
+    else if (action == L"quit")
+        PostMessageW(window, WM_QUIT, 0, 0);
     else
         return 2;
     return 0;

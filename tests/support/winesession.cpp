@@ -2,9 +2,20 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QThread>
 
+#include <unistd.h>
+
 namespace {
+
+constexpr int patience = 60000;   // ms
+constexpr QSize room(1920, 1200); // to which a screen may grow
+
+QString text(const QSize& size)
+{
+    return QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
+}
 
 QString root()
 {
@@ -15,13 +26,15 @@ QString root()
 
 WineSession::WineSession(const QString& story, int width, int height)
     : m_story(story)
+    , m_screen(width, height)
     , m_environment(QProcessEnvironment::systemEnvironment())
 {
     // The session's own command tells what its environment is, and stays until its input ends.
     const QString command = QStringLiteral("printf '%s\\n' \"$DISPLAY\" \"$WINEPREFIX\" \"$WINE_HOME\" "
                                            "\"$WINEDLLOVERRIDES\" ready; exec cat >/dev/null");
-    const QString size = QStringLiteral("%1x%2").arg(width).arg(height);
-    m_session.start(root() + QStringLiteral("/tools/wine-session"), {"--size", size, "sh", "-c", command});
+    m_session.start(root() + QStringLiteral("/tools/wine-session"),
+                    {"--size", text(m_screen), "--room", text(m_screen.expandedTo(room)), "--libraries",
+                     tools() + QStringLiteral("/standins"), "sh", "-c", command});
     QByteArray output;
     while (!output.endsWith("ready\n") && m_session.waitForReadyRead(120000))
         output += m_session.readAllStandardOutput();
@@ -38,9 +51,9 @@ WineSession::WineSession(const QString& story, int width, int height)
 WineSession::~WineSession()
 {
     m_session.closeWriteChannel();
-    if (!m_session.waitForFinished(60000)) {
+    if (!m_session.waitForFinished(patience)) {
         m_session.terminate();
-        m_session.waitForFinished(60000);
+        m_session.waitForFinished(patience);
     }
 }
 
@@ -89,10 +102,19 @@ void WineSession::start(QProcess& process, const QString& program, const QString
     process.start(QStringLiteral("wine"), QStringList(program) + arguments);
 }
 
+void WineSession::startAsUser(QProcess& process, const QString& program, const QStringList& arguments,
+                              const QStringList& variables)
+{
+    const QStringList records = {
+        QStringLiteral("ASUSER_COMMANDS=") + windowsPath(record(QStringLiteral("commands"))),
+        QStringLiteral("WTS_DISCONNECTIONS=") + windowsPath(record(QStringLiteral("disconnections")))};
+    start(process, tools() + QStringLiteral("/asuser.exe"), QStringList(program) + arguments, dist(),
+          records + variables);
+}
+
 void WineSession::startShell(QProcess& process, const QStringList& arguments, const QStringList& variables)
 {
-    start(process, tools() + QStringLiteral("/asuser.exe"), QStringList("quillet.exe") + arguments, dist(),
-          variables);
+    startAsUser(process, QStringLiteral("quillet.exe"), arguments, variables);
 }
 
 void WineSession::startShellAsAdministrator(QProcess& process)
@@ -102,22 +124,109 @@ void WineSession::startShellAsAdministrator(QProcess& process)
 
 void WineSession::killShell(QProcess& process)
 {
+    killProgram(QStringLiteral("quillet.exe"));
+    process.waitForFinished(patience);
+}
+
+bool WineSession::killProgram(const QString& name)
+{
     QProcess killer;
-    start(killer, QStringLiteral("taskkill"), {"/f", "/im", "quillet.exe"});
-    killer.waitForFinished(60000);
-    process.waitForFinished(60000);
+    start(killer, QStringLiteral("taskkill"), {"/f", "/im", name});
+    return killer.waitForFinished(patience) && killer.exitCode() == 0;
+}
+
+int WineSession::run(const QString& helper, const QStringList& arguments, QString* output)
+{
+    QProcess process;
+    start(process, QStringLiteral("%1/%2.exe").arg(tools(), helper), arguments);
+    const bool finished = process.waitForFinished(patience);
+    if (output)
+        *output = QString::fromUtf8(process.readAllStandardOutput()).remove(QLatin1Char('\r'));
+    return finished && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+QStringList WineSession::readRecord(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QString lines = QString::fromUtf8(file.readAll()).remove(QLatin1Char('\r'));
+    return lines.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+QStringList WineSession::taskBarCommands() const
+{
+    return readRecord(record(QStringLiteral("commands")));
+}
+
+QStringList WineSession::disconnections() const
+{
+    return readRecord(record(QStringLiteral("disconnections")));
+}
+
+bool WineSession::playSessionEvent(const QString& event)
+{
+    QElapsedTimer timer;
+    timer.start();
+    int code = 1;
+    while ((code = run(QStringLiteral("pokesession"), {event})) == 1 && timer.elapsed() < patience)
+        QThread::msleep(100);
+    return code == 0;
+}
+
+bool WineSession::resizeScreen(int width, int height)
+{
+    if (run(QStringLiteral("screensize"), {QString::number(width), QString::number(height)}) != 0)
+        return false;
+    m_screen = QSize(width, height);
+    return true;
+}
+
+qint64 WineSession::processorTime() const
+{
+    const QByteArray ours = "WINEPREFIX=" + m_environment.value(QStringLiteral("WINEPREFIX")).toLocal8Bit();
+    qint64 ticks = 0;
+    for (const QString& process : QDir(QStringLiteral("/proc")).entryList({"[0-9]*"}, QDir::Dirs)) {
+        const auto read = [&process](const char* name) {
+            QFile file(QStringLiteral("/proc/%1/%2").arg(process, QLatin1String(name)));
+            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        };
+        if (!read("environ").split('\0').contains(ours))
+            continue;
+        const QByteArray stat = read("stat");
+        const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' '); // from the state on
+        ticks += fields.value(11).toLongLong() + fields.value(12).toLongLong();          // user, system
+    }
+    return ticks * 1000 / sysconf(_SC_CLK_TCK);
+}
+
+QList<WineWindow> WineSession::windowList()
+{
+    QString output;
+    run(QStringLiteral("listwindows"), {}, &output);
+    QStringList lines = output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    if (lines.isEmpty() || lines.takeLast() != QLatin1String("end"))
+        return {};
+    QList<WineWindow> list;
+    for (const QString& line : lines) {
+        const QStringList field = line.split(QLatin1Char('\t'));
+        const QRect frame(field.value(4).toInt(), field.value(5).toInt(), field.value(6).toInt(),
+                          field.value(7).toInt());
+        list.append({field.value(0), field.value(1), field.value(2), field.value(3).toLongLong(), frame,
+                     field.value(8)});
+    }
+    return list;
 }
 
 QStringList WineSession::windows()
 {
-    QProcess process;
-    start(process, tools() + QStringLiteral("/listwindows.exe"));
-    process.waitForFinished(60000);
-    QString output = QString::fromUtf8(process.readAllStandardOutput());
-    output.remove(QLatin1Char('\r'));
+    QString output;
+    run(QStringLiteral("listwindows"), {}, &output);
     QStringList lines = output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     if (lines.isEmpty() || lines.takeLast() != QLatin1String("end"))
         return {"failed"};
+    for (QString& line : lines)
+        line = line.section(QLatin1Char('\t'), 0, 2);
     return lines;
 }
 
@@ -125,7 +234,7 @@ bool WineSession::waitForWindow(const QString& program, const QString& title, QS
 {
     QElapsedTimer timer;
     timer.start();
-    while (timer.elapsed() < 60000) {
+    while (timer.elapsed() < patience) {
         const QStringList found = windows();
         if (last)
             *last = found;
@@ -137,22 +246,57 @@ bool WineSession::waitForWindow(const QString& program, const QString& title, QS
     return false;
 }
 
+WineWindow WineSession::waitForAnyWindow(const QString& program, const QString& title)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < patience) {
+        for (const WineWindow& window : windowList()) {
+            if (window.program == program && window.title == title)
+                return window;
+        }
+        QThread::msleep(100);
+    }
+    return {};
+}
+
+bool WineSession::poke(const WineWindow& window, const QString& action, const QString& text)
+{
+    return run(QStringLiteral("pokewindow"), {QString::number(window.handle), action, text}) == 0;
+}
+
+void WineSession::moveTo(int x, int y)
+{
+    xdotool({"mousemove", QString::number(x), QString::number(y)});
+}
+
+void WineSession::click(int x, int y, int button)
+{
+    xdotool({"mousemove", QString::number(x), QString::number(y), "click", QString::number(button)});
+}
+
+void WineSession::doubleClick(int x, int y)
+{
+    xdotool({"mousemove", QString::number(x), QString::number(y), "click", "--repeat", "2", "--delay", "50",
+             "1"});
+}
+
 void WineSession::type(const QString& text)
 {
-    keyboard({"type", "--delay", "20", text});
+    xdotool({"type", "--delay", "20", text});
 }
 
 void WineSession::press(const QString& key)
 {
-    keyboard({"key", key});
+    xdotool({"key", key});
 }
 
-void WineSession::keyboard(const QStringList& arguments)
+void WineSession::xdotool(const QStringList& arguments)
 {
     QProcess process;
     process.setProcessEnvironment(m_environment);
     process.start(QStringLiteral("xdotool"), arguments);
-    process.waitForFinished(60000);
+    process.waitForFinished(patience);
 }
 
 QImage WineSession::screenshot(const QString& name)
@@ -162,7 +306,8 @@ QImage WineSession::screenshot(const QString& name)
     const QString file = QStringLiteral("%1/%2-%3.png").arg(folder, m_story, name);
     QProcess process;
     process.setProcessEnvironment(m_environment);
-    process.start(QStringLiteral("import"), {"-window", "root", file});
-    process.waitForFinished(60000);
+    process.start(QStringLiteral("import"),
+                  {"-window", "root", "-crop", text(m_screen) + QStringLiteral("+0+0"), "+repage", file});
+    process.waitForFinished(patience);
     return QImage(file);
 }
