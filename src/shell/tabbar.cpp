@@ -76,6 +76,7 @@ TabBar::TabBar()
     , m_panel(new ThreadWidget(false, this))
     , m_leftArrow(createArrow(":/icons/64x64/back.png", "leftButton"))
     , m_rightArrow(createArrow(":/icons/64x64/forward.png", "rightButton"))
+    , m_windowHistory(this)
 {
     setWindowTitle(QLatin1String(shell::ownWindowTitle));
     QPalette colors = palette();
@@ -243,6 +244,7 @@ void TabBar::removeButton(int position)
             m_panel->setThreadButton(nullptr);
         m_buttons.removeAt(position);
         m_taskLayout->removeWidget(button);
+        m_fixedLayout->removeWidget(button);
         button->hide();
         button->deleteLater(); // its own click may have led here
     }

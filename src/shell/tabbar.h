@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/windowhistory.h"
+
 #include <QList>
 #include <QWidget>
 
@@ -99,6 +101,7 @@ private:
     Menu* m_launcher = nullptr; // the pages have no parent; deleted by the destructor
     FileSystemWidget* m_fileManager = nullptr;
     Configure* m_configuration = nullptr;
+    WindowHistory m_windowHistory;
     int m_lastIndex = -1;
     int m_scrollLimit = 0;
     int m_firstVisible = 0;

@@ -10,7 +10,10 @@
 #include "shell/taskfitting.h"
 #include "shell/threadbutton.h"
 #include "shell/threadwidget.h"
+#include "shell/windowhistory.h"
 #include "simwin.h"
+#include "support/markingtranslator.h"
+#include "support/ownmethods.h"
 #include "support/quillettest.h"
 
 #include <QApplication>
@@ -120,8 +123,8 @@ private slots:
         QCOMPARE(m_bar->parentWidget(), nullptr);
         QCOMPARE(static_cast<int>(m_bar->windowFlags() & ~Qt::WindowType_Mask), 0x2040C00);
         QCOMPARE(m_bar->windowTitle(), QStringLiteral("quillet"));
-        QCOMPARE(m_bar->palette().brush(QPalette::Active, QPalette::Window), QBrush(Qt::white));
-        QCOMPARE(m_bar->palette().brush(QPalette::Disabled, QPalette::Window), QBrush(Qt::white));
+        for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+            QCOMPARE(m_bar->palette().brush(group, QPalette::Window), QBrush(Qt::white));
         QVERIFY(m_bar->autoFillBackground());
     }
 
@@ -154,10 +157,58 @@ private slots:
         QCOMPARE(tasks->itemAt(0)->widget(), arrow("leftButton"));
         QCOMPARE(tasks->itemAt(1)->widget(), arrow("rightButton"));
         QCOMPARE(layout->itemAt(3)->layout()->itemAt(0)->widget(), powerButton());
-        QCOMPARE(layout->spacing(), 0);
-        QCOMPARE(layout->contentsMargins(), QMargins());
-        QCOMPARE(panel()->height(), 42);
-        QCOMPARE(m_bar->currentButton(), nullptr); // nothing is selected yet
+        QCOMPARE(panel()->minimumHeight(), 42);
+        QCOMPARE(panel()->maximumHeight(), 42);
+        QVERIFY(panel()->findChildren<QLabel*>().size() == 2); // no tile
+        QCOMPARE(m_bar->currentButton(), nullptr);             // nothing is selected yet
+    }
+
+    void theLayoutsLeaveNoGapsAndStandAtTheLeft()
+    {
+        auto* const main = qobject_cast<QHBoxLayout*>(m_bar->layout());
+        QVERIFY(main);
+        auto* const fixed = qobject_cast<QHBoxLayout*>(main->itemAt(0)->layout());
+        auto* const tasks = qobject_cast<QHBoxLayout*>(main->itemAt(2)->widget()->layout());
+        auto* const right = qobject_cast<QHBoxLayout*>(main->itemAt(3)->layout());
+        for (const QHBoxLayout* const layout : {main, fixed, tasks, right}) {
+            QVERIFY(layout);
+            QCOMPARE(layout->spacing(), 0);
+            QCOMPARE(layout->contentsMargins(), QMargins());
+        }
+        QCOMPARE(main->sizeConstraint(), QLayout::SetMinimumSize);
+        QCOMPARE(fixed->sizeConstraint(), QLayout::SetMinimumSize);
+        QCOMPARE(fixed->alignment(), Qt::AlignLeft);
+        QCOMPARE(tasks->alignment(), Qt::AlignLeft);
+        for (int i = 0; i < 4; ++i)
+            QCOMPARE(main->stretch(i), i == 2 ? 1 : 0);
+    }
+
+    void theFixedButtonsAndTheLogOffButtonHaveTheirPictures()
+    {
+        const auto picture = [](const char* file) {
+            return QImage(QLatin1String(":/icons/32x32/") + QLatin1String(file))
+                .convertToFormat(QImage::Format_ARGB32_Premultiplied);
+        };
+        const char* const files[] = {"logo.png", "folder-docs.png", "config.png"};
+        for (int i = 0; i < 3; ++i)
+            QCOMPARE(m_bar->buttonAt(i)->picture().toImage(), picture(files[i]));
+        QCOMPARE(powerButton()->picture().toImage(), picture("logoff.png"));
+    }
+
+    void theLogOffButtonStandsForNothingElse()
+    {
+        QCOMPARE(powerButton()->name(), QStringLiteral("Tidewell"));
+        QCOMPARE(powerButton()->taskText(), QString());
+        QCOMPARE(powerButton()->widget(), nullptr);
+        QCOMPARE(powerButton()->windowId(), qlonglong(0));
+        QCOMPARE(indexOf(powerButton()), -1);
+    }
+
+    void theLaunchersAndTheConfigurationsColourIsThePanels()
+    {
+        for (const int position : {0, 2})
+            QCOMPARE(m_bar->buttonAt(position)->widget()->styleSheet(),
+                     QStringLiteral("background-color: #e6eaed"));
     }
 
     void theArrowsAreHiddenAndNamed()
@@ -166,10 +217,14 @@ private slots:
             const QPushButton* const button = arrow(name);
             QVERIFY(button);
             QVERIFY(button->isHidden());
-            QCOMPARE(button->size(), QSize(24, 42));
+            QCOMPARE(button->minimumSize(), QSize(24, 42));
+            QCOMPARE(button->maximumSize(), QSize(24, 42));
             QCOMPARE(button->text(), QString());
-            QVERIFY(!button->icon().pixmap(16).isNull());
         }
+        QCOMPARE(arrow("leftButton")->icon().pixmap(64).toImage(),
+                 QIcon(QStringLiteral(":/icons/64x64/back.png")).pixmap(64).toImage());
+        QCOMPARE(arrow("rightButton")->icon().pixmap(64).toImage(),
+                 QIcon(QStringLiteral(":/icons/64x64/forward.png")).pixmap(64).toImage());
     }
 
     void thePagesAreWindowsOfTheirOwnThatTheControllerKnows()
@@ -204,13 +259,52 @@ private slots:
                 picture.pixelColor(300, 300) != picture.pixelColor(300, 5));
     }
 
-    void thePagesGoWithTheBar()
+    void thePagesAreClosedInOrderAndGoWithTheBar()
     {
         const QPointer<QWidget> pages[] = {m_bar->buttonAt(0)->widget(), m_bar->buttonAt(1)->widget(),
                                            m_bar->buttonAt(2)->widget()};
+        struct Closings : QObject
+        {
+            QList<QObject*> seen;
+            bool eventFilter(QObject* page, QEvent* event) override
+            {
+                if (event->type() == QEvent::Close)
+                    seen.append(page);
+                return false;
+            }
+        } closings;
+        QList<QObject*> expected;
+        for (const QPointer<QWidget>& page : pages) {
+            page->installEventFilter(&closings);
+            expected.append(page);
+        }
         m_bar.reset();
+        QCOMPARE(closings.seen, expected);
         for (const QPointer<QWidget>& page : pages)
             QVERIFY(page.isNull());
+    }
+
+    void theWindowHistoryKeepsNothing()
+    {
+        auto* const history = m_bar->findChild<WindowHistory*>();
+        QVERIFY(history);
+        QCOMPARE(ownMethods(WindowHistory::staticMetaObject), QStringList("removeWindow(ApplicationWindow)"));
+        addTask(0x10);
+        const int count = m_bar->count();
+        history->removeWindow(ApplicationWindow());
+        QCOMPARE(m_bar->count(), count);
+        QCOMPARE(current(), 3);
+    }
+
+    void everyTextPassesThroughTranslation()
+    {
+        const MarkingTranslator translator;
+        const TabBar bar;
+        const QStringList texts = {"TabBar|Desktop", "TabBar|Places", "TabBar|Configuration"};
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(bar.buttonAt(i)->name(), QStringLiteral("TabBar|Tidewell"));
+            QCOMPARE(bar.buttonAt(i)->taskText(), texts.at(i));
+        }
     }
 
     // --- Signals that it passes on
@@ -411,7 +505,11 @@ private slots:
     void showingTheDesktopSelectsTheLauncherAndMapsItByForce()
     {
         const QSignalSpy map(m_bar.get(), SIGNAL(mapWidget(QWidget*, bool)));
+        QStringList order;
+        connect(m_bar.get(), &TabBar::currentChanged, this, [&] { order.append(QStringLiteral("changed")); });
+        connect(m_bar.get(), &TabBar::mapWidget, this, [&] { order.append(QStringLiteral("map")); });
         m_bar->showDesktop();
+        QCOMPARE(order, QStringList({"changed", "map"}));
         QCOMPARE(current(), 0);
         QCOMPARE(map.count(), 1);
         QCOMPARE(map.first().first().value<QWidget*>(), m_bar->buttonAt(0)->widget());
@@ -486,6 +584,46 @@ private slots:
         for (const int position : {4, 1000, -2})
             m_bar->removeButton(position);
         QCOMPARE(m_bar->count(), 4);
+    }
+
+    void withoutAnySelectionTheLauncherIsShown()
+    {
+        const QSignalSpy map(m_bar.get(), SIGNAL(mapWidget(QWidget*, bool)));
+        const QSignalSpy changed(m_bar.get(), SIGNAL(currentChanged(int)));
+        simwin::setForegroundWindow(0);
+        m_bar->removeButton(); // there was none: nothing goes
+        QCOMPARE(m_bar->count(), 3);
+        QCOMPARE(map.count(), 1);
+        QCOMPARE(changed.count(), 0);
+    }
+
+    void whenTheRememberedPositionIsBeyondTheEndTheLauncherIsShownAndThePanelStays()
+    {
+        addTask(0x10);
+        ThreadButton* const shown = addTask(0x20);
+        simwin::setForegroundWindow(0x9999);
+        const QSignalSpy map(m_bar.get(), SIGNAL(mapWidget(QWidget*, bool)));
+        m_bar->removeButton(3); // the remembered position is beyond the end now
+        QCOMPARE(m_bar->currentButton(), shown);
+        QCOMPARE(map.count(), 1);
+        QCOMPARE(map.first().first().value<QWidget*>(), m_bar->buttonAt(0)->widget());
+    }
+
+    void theRoomOfAFixedButtonThatGoesIsTheTasks()
+    {
+        const int width = QApplication::primaryScreen()->geometry().width();
+        int tasks = 0;
+        while (!shell::fitTasks(width, 3, tasks).scrolls())
+            ++tasks;
+        QVERIFY(!shell::fitTasks(width, 2, tasks).scrolls());
+        addTasks(tasks);
+        QVERIFY(!arrow("leftButton")->isHidden());
+        simwin::setForegroundWindow(0);
+        m_bar->removeButton(0);
+        QCOMPARE(m_bar->fixedCount(), 2);
+        QVERIFY(arrow("leftButton")->isHidden());
+        for (int i = 2; i < m_bar->count(); ++i)
+            QVERIFY(!m_bar->buttonAt(i)->isHidden());
     }
 
     void aButtonMayRemoveItselfByItsOwnClick()
@@ -563,8 +701,7 @@ private slots:
         m_bar->resize(QSize(1280, 982));
         QCOMPARE(debugOutput().first(),
                  QStringLiteral("Setting new geometry - x: 0, y: 982, width: 1280, height: 42"));
-        QCOMPARE(m_bar->pos(), QPoint(0, 982));
-        QCOMPARE(m_bar->height(), 42);
+        QCOMPARE(m_bar->geometry(), QRect(0, 982, 1280, 42));
         QCOMPARE(m_bar->buttonAt(0)->widget()->size(), QSize(1280, 982));
         QCOMPARE(m_bar->buttonAt(2)->widget()->size(), QSize(1280, 982));
     }
@@ -616,11 +753,7 @@ private slots:
                                       "doMapWidget(QWidget*,bool)",
                                       "leftButtonClicked()",
                                       "rightButtonClicked()"};
-        const QMetaObject& meta = TabBar::staticMetaObject;
-        QStringList found;
-        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-            found.append(QString::fromLatin1(meta.method(i).methodSignature()));
-        QCOMPARE(found, expected);
+        QCOMPARE(ownMethods(TabBar::staticMetaObject), expected);
     }
 };
 

@@ -1,0 +1,3 @@
+#include "shell/windowhistory.h"
+
+void WindowHistory::removeWindow(ApplicationWindow) {}
