@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QEvent>
 #include <QImage>
 #include <QRect>
 #include <QWidget>
@@ -43,6 +44,21 @@ inline bool isBlank(const QImage& image)
 {
     return isFilled(image, image.rect(), Qt::transparent);
 }
+
+// Counts the paintings of what it is a filter of.
+class PaintCounter : public QObject
+{
+public:
+    int paints = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            ++paints;
+        return false;
+    }
+};
 
 inline QPixmap plainPixmap(const QSize& size, const QColor& color)
 {

@@ -25,10 +25,14 @@ Messages& messages()
     return *instance;
 }
 
-// The offscreen platform cannot do everything that a screen can, and says so.
+// What the offscreen platform, Wine and Qt for Windows cannot do, and say so.
 bool isHarmless(const QString& warning)
 {
-    return warning.contains(QLatin1String("propagateSizeHints"));
+    return warning.contains(QLatin1String("propagateSizeHints")) ||
+           // pictures of Wine's for message boxes
+           warning.startsWith(QLatin1String("QPixmap::fromWinHICON(), failed to GetIconInfo()")) ||
+           // a picture of a window that is gone
+           warning.startsWith(QLatin1String("imageFromWinHBITMAP_GetDiBits: GetDIBits() failed"));
 }
 
 void collect(QtMsgType type, const QMessageLogContext& context, const QString& text)

@@ -2,13 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="es">
 <context>
-    <name>AppButton</name>
-    <message>
-        <source>Unkonwn</source>
-        <translation>Desconocida</translation>
-    </message>
-</context>
-<context>
     <name>Desktop</name>
     <message>
         <source>Suspend session</source>

@@ -4,6 +4,8 @@
 #include "support/painting.h"
 #include "support/quillettest.h"
 
+#include <QPainter>
+#include <QProxyStyle>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -52,10 +54,43 @@ private slots:
                  QStringList({"closeButtonClicked(CloseButton*)", "buttonClicked()"}));
     }
 
+    void itsIconSizeIsItsOwnInEveryStyle()
+    {
+        class LargeIcons : public QProxyStyle
+        {
+        public:
+            int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                            const QWidget* widget) const override
+            {
+                return metric == PM_ButtonIconSize ? 20 : QProxyStyle::pixelMetric(metric, option, widget);
+            }
+        } style;
+        CloseButton button(makeIcon());
+        button.setStyle(&style);
+        QCOMPARE(button.iconSize(), QSize(16, 16));
+    }
+
     void thePictureCoversTheButtonAtRest()
     {
         CloseButton button(makeIcon());
         QVERIFY(isFilled(paintedAlone(&button), QRect(0, 0, 16, 16), Qt::red));
+    }
+
+    void thePictureAtRestReachesAPixelBeyondTheButton()
+    {
+        QImage stripes(16, 16, QImage::Format_RGB32);
+        for (int y = 0; y < 16; ++y) {
+            for (int x = 0; x < 16; ++x)
+                stripes.setPixelColor(x, y, (x + y) % 4 < 2 ? Qt::red : Qt::blue);
+        }
+        CloseButton button(QIcon(QPixmap::fromImage(stripes)));
+        QImage expected(16, 16, QImage::Format_ARGB32);
+        {
+            QPainter painter(&expected);
+            painter.setRenderHint(QPainter::SmoothPixmapTransform);
+            painter.drawPixmap(QRect(0, 0, 17, 17), QPixmap::fromImage(stripes));
+        }
+        QCOMPARE(paintedAlone(&button), expected);
     }
 
     void theSmallerPictureIsDrawnInsideThePressedButton()

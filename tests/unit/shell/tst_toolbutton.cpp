@@ -10,20 +10,6 @@
 
 #include <memory>
 
-class PaintCounter : public QObject
-{
-public:
-    int paints = 0;
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint)
-            ++paints;
-        return false;
-    }
-};
-
 class ToolButtonTest : public QuilletTest
 {
     Q_OBJECT
@@ -32,6 +18,10 @@ class ToolButtonTest : public QuilletTest
     static QIcon makeIcon()
     {
         QIcon icon;
+        for (const int extent : {32, 40, 64}) {
+            icon.addPixmap(plainPixmap(QSize(extent, extent), Qt::blue), QIcon::Normal, QIcon::Off);
+            icon.addPixmap(plainPixmap(QSize(extent, extent), Qt::blue), QIcon::Active, QIcon::On);
+        }
         icon.addPixmap(plainPixmap(QSize(48, 48), Qt::red), QIcon::Normal, QIcon::Off);
         icon.addPixmap(plainPixmap(QSize(48, 48), Qt::green), QIcon::Active, QIcon::On);
         icon.addPixmap(plainPixmap(QSize(48, 48), Qt::blue), QIcon::Active, QIcon::Off);
