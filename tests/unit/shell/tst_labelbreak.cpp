@@ -40,6 +40,7 @@ private slots:
         // The seventh lies in the middle, but the eighth is near enough for a label broken so late.
         row("a run beyond the middle", "abc        d", "abc    \n   d");
         row("the first blank exactly as near as its place", "a bb c", "a\nbb c");
+        row("a later blank exactly as near as the chosen place", "a bcd e f", "a\nbcd e f");
         row("other white space is none", "a\tb\u00a0c", "a\tb\u00a0c");
         row("a line feed inside stays", "One\nTwo", "One\nTwo");
         row("a line feed and a blank", "One\nTwo Three", "One\nTwo\nThree");

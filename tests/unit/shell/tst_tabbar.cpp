@@ -407,6 +407,12 @@ private slots:
         QCOMPARE(m_bar->indexOfWidget(&other), -1);
         addTask(0x1234); // which has none
         QCOMPARE(m_bar->indexOfWidget(nullptr), -1);
+        m_bar->addButton(
+            new ThreadButton(&other, ThreadButton::FixedButton, QPixmap(), QString(), QString(), 0, 0, 0));
+        m_bar->addButton(
+            new ThreadButton(&other, ThreadButton::FixedButton, QPixmap(), QString(), QString(), 0, 0, 0));
+        QCOMPARE(m_bar->indexOfWidget(&other), 5); // the last one
+        QCOMPARE(m_bar->fixedCount(), 5);
     }
 
     void whatIsNoPositionHasNoButton()
