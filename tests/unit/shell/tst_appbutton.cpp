@@ -488,6 +488,17 @@ private slots:
         QCOMPARE(applications.count(), 0);
     }
 
+    void theLookChangesWhenThePressHasBeenTold()
+    {
+        AppButton* const button = tool(icon(64, 64), "x");
+        const QImage before = look(button);
+        QImage then;
+        connect(button, &AppButton::pressed, button, [&] { then = look(button); });
+        QTest::mousePress(button, Qt::LeftButton);
+        QCOMPARE(then, before);
+        QVERIFY(look(button) != before);
+    }
+
     void theLookIsAtRestAgainBeforeTheClickIsTold()
     {
         AppButton* const button = tool(icon(64, 64), "x");

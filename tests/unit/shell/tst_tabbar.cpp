@@ -346,6 +346,9 @@ private slots:
         QCOMPARE(map.count(), 1);
         QCOMPARE(map.first().first().value<QWidget*>(), &tool);
         QCOMPARE(map.first().at(1).toBool(), true);
+        powerButton()->setDown(true);
+        QMetaObject::invokeMethod(powerButton(), "pressed");
+        QCOMPARE(exit.count(), 0); // not before the click
         powerButton()->click();
         QCOMPARE(exit.count(), 1);
     }
@@ -474,6 +477,28 @@ private slots:
         QCOMPARE(changed.first().first().toInt(), 2);
     }
 
+    void aSelectedPageGetsTheFocusAsAWindowThatBecomesActive()
+    {
+        QWidget* const page = m_bar->buttonAt(2)->widget();
+        page->show();
+        page->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(page));
+        page->clearFocus();
+        struct Focus : QObject
+        {
+            QList<Qt::FocusReason> reasons;
+            bool eventFilter(QObject*, QEvent* event) override
+            {
+                if (event->type() == QEvent::FocusIn)
+                    reasons.append(static_cast<QFocusEvent*>(event)->reason());
+                return false;
+            }
+        } focus;
+        page->installEventFilter(&focus);
+        m_bar->setCurrentIndex(2);
+        QCOMPARE(focus.reasons, QList<Qt::FocusReason>({Qt::ActiveWindowFocusReason}));
+    }
+
     void thePictureOfTheComingWindowGoesToTheButtonThatIsLeft()
     {
         QWidget window;
@@ -561,7 +586,10 @@ private slots:
         window.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         setForegroundWindow(id);
+        clearDebugOutput();
         m_bar->removeButton(5);
+        QCOMPARE(debugOutput().filter(QStringLiteral("Setting")),
+                 QStringList(QStringLiteral("Setting selected button. NewIndex: 3, LastIndex: 3")));
         QCOMPARE(m_bar->count(), 5);
         QCOMPARE(current(), 3);
         m_bar->removeButton(); // the last one selected
@@ -707,6 +735,21 @@ private slots:
         QVERIFY(arrow("rightButton")->isHidden());
     }
 
+    void aNewTaskIsSelectedBeforeTheTasksAreFitted()
+    {
+        const int width = QApplication::primaryScreen()->geometry().width();
+        int tasks = 0;
+        while (!shell::fitTasks(width, 3, tasks + 1).scrolls())
+            ++tasks;
+        addTasks(tasks);
+        bool fitted = true;
+        connect(m_bar.get(), &TabBar::currentChanged, this,
+                [&] { fitted = !arrow("leftButton")->isHidden(); });
+        addTask(0x2000);
+        QVERIFY(!fitted);
+        QVERIFY(!arrow("leftButton")->isHidden());
+    }
+
     void twoHundredTasksAreCalm()
     {
         addTasks(200);
@@ -728,6 +771,8 @@ private slots:
         QCOMPARE(debugOutput().first(),
                  QStringLiteral("Setting new geometry - x: 0, y: 982, width: 1280, height: 42"));
         QCOMPARE(m_bar->geometry(), QRect(0, 982, 1280, 42));
+        const int screenWidth = QApplication::primaryScreen()->geometry().width(); // not the area's
+        QCOMPARE(panel()->maximumWidth(), shell::fitTasks(screenWidth, 3, 0).panelWidth);
         QCOMPARE(m_bar->buttonAt(0)->widget()->size(), QSize(1280, 982));
         QCOMPARE(m_bar->buttonAt(2)->widget()->size(), QSize(1280, 982));
     }

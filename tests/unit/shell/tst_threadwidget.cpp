@@ -308,6 +308,7 @@ private slots:
     void answeredWithYesTheStatusChangesAndTheTaskIsTold()
     {
         makeExpanded();
+        label("statusLabel")->setFont(QFont());
         expectQuestion(QMessageBox::Yes);
         QString told;
         connect(m_widget.get(), &ThreadWidget::killButtonClicked, this,
@@ -544,6 +545,16 @@ private slots:
         QCOMPARE(close.right(), m_widget->contentsRect().right() - 2);
         QCOMPARE(close.top(), m_widget->contentsRect().top() + 2);
         QCOMPARE(label("textLabel")->geometry().right(), close.left() - 3);
+    }
+
+    void theButtonsThatEndATaskHaveTheirPictures()
+    {
+        makeExpanded();
+        for (const auto& [name, picture] : {std::pair("closeButton", ":/icons/32x32/cancel.png"),
+                                            std::pair("killButton", ":/icons/32x32/terminate.png")}) {
+            CloseButton expected{QIcon(QLatin1String(picture))};
+            QCOMPARE(paintedAlone(child<CloseButton>(name)), paintedAlone(&expected));
+        }
     }
 
     void everyButtonHasAnAccessibleName()
