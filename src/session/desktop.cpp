@@ -344,9 +344,7 @@ void Desktop::mapWidget(QWidget* widget, bool force)
         return;
     qDebug("Setting current index to %d", index);
     m_tabBar->setCurrentIndex(index);
-    // Setting flags hides the window, whether or not they are others.
-    if ((widget->windowFlags() & ~Qt::WindowType_Mask) != shell::pageFlags)
-        widget->setWindowFlags(shell::pageFlags);
+    shell::setPageFlags(widget);
     fitPage(widget);
     widget->setFocus(Qt::OtherFocusReason);
     widget->show();

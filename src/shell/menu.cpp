@@ -4,6 +4,7 @@
 #include "instances/appinstance.h"
 #include "server/twclient.h"
 #include "shell/appbutton.h"
+#include "shell/ownwindow.h"
 
 #include <QDir>
 #include <QGridLayout>
@@ -24,6 +25,8 @@ Menu::Menu(QWidget* parent, const QString& color)
     setStyleSheet(QStringLiteral("background-color: #%1").arg(color));
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Maximum);
     createGrid();
+    if (!parent)
+        shell::setPageFlags(this); // before the native window, which the next line makes
     qDebug("PrincipalWidget winId: %d", static_cast<int>(winId()));
 }
 

@@ -131,7 +131,7 @@ void TabBar::addFixedButtons()
         return button;
     };
     const auto prepare = [this](QWidget* page) {
-        page->setWindowFlags(shell::pageFlags);
+        shell::setPageFlags(page);
         page->setWindowTitle(QLatin1String(shell::ownWindowTitle));
         page->installEventFilter(this);
     };
