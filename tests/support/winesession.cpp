@@ -164,12 +164,13 @@ QStringList WineSession::disconnections() const
     return readRecord(record(QStringLiteral("disconnections")));
 }
 
-bool WineSession::playSessionEvent(const QString& event)
+bool WineSession::playSessionEvent(const QString& event, int times)
 {
     QElapsedTimer timer;
     timer.start();
     int code = 1;
-    while ((code = run(QStringLiteral("pokesession"), {event})) == 1 && timer.elapsed() < patience)
+    while ((code = run(QStringLiteral("pokesession"), {event, QString::number(times)})) == 1 &&
+           timer.elapsed() < patience)
         QThread::msleep(100);
     return code == 0;
 }

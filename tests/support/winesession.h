@@ -64,9 +64,9 @@ public:
     QStringList taskBarCommands() const;
     QStringList disconnections() const;
 
-    // Tells who waits for session events, or will soon, of one: "connect", "disconnect", "logon" or "logoff".
-    // False when nobody waited for a minute.
-    bool playSessionEvent(const QString& event);
+    // Tells who waits for session events, or will soon, of one: "connect", "disconnect", "logon" or "logoff",
+    // so many times at once. False when nobody waited for a minute.
+    bool playSessionEvent(const QString& event, int times = 1);
 
     // Gives the screen another size while everything runs, one of the usual (800x600, 1024x768, 1280x720,
     // 1280x1024, 1600x1200, ...) up to 1920x1200; false when it did not take it.
