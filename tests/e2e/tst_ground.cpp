@@ -124,7 +124,10 @@ private slots:
         QVERIFY(m_session->waitForWindow(app, QStringLiteral("Ledger")));
 
         const QPoint inside = window.frame.center();
-        QCOMPARE(m_session->screenshot(QStringLiteral("window")).pixelColor(inside), QColor("#2aa7b8"));
+        const QColor teal("#2aa7b8");
+        QCOMPARE(m_session->screenshotWith(QStringLiteral("window"), inside.x(), inside.y(), teal)
+                     .pixelColor(inside),
+                 teal);
         m_session->moveTo(inside.x() - 50, inside.y());
         QTRY_COMPARE_WITH_TIMEOUT(lines(QStringLiteral("mouse")).last(),
                                   QStringLiteral("pointer %1 %2").arg(inside.x() - 50).arg(inside.y()),

@@ -312,3 +312,13 @@ QImage WineSession::screenshot(const QString& name)
     process.waitForFinished(patience);
     return QImage(file);
 }
+
+QImage WineSession::screenshotWith(const QString& name, int x, int y, const QColor& colour)
+{
+    QElapsedTimer timer;
+    timer.start();
+    QImage picture = screenshot(name);
+    while (picture.pixelColor(x, y) != colour && timer.elapsed() < patience)
+        picture = screenshot(name);
+    return picture;
+}

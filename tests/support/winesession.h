@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QImage>
 #include <QProcess>
 #include <QRect>
@@ -101,6 +102,9 @@ public:
 
     // What the screen shows; also kept as build/e2e/STORY-NAME.png.
     QImage screenshot(const QString& name);
+    // Takes pictures until one shows this colour at (x, y), for a minute at most: a window that is in front
+    // need not have been painted yet. Returns the last.
+    QImage screenshotWith(const QString& name, int x, int y, const QColor& colour);
 
 private:
     void xdotool(const QStringList& arguments);
