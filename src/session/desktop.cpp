@@ -362,6 +362,8 @@ void Desktop::mapWidget(QWidget* widget)
 
 void Desktop::exitApp()
 {
+    if (m_asking)
+        return; // the answer is to come
     if (wantsSuspension()) {
         winapi::disconnect();
         return;
@@ -377,10 +379,11 @@ void Desktop::exitApp()
     QCoreApplication::exit(0); // no effect before the event loop runs: Windows ends the process then
 }
 
-bool Desktop::wantsSuspension() const
+bool Desktop::wantsSuspension()
 {
     if (!m_tabBar || m_tabBar->count() <= m_tabBar->fixedCount())
         return false;
+    const QScopedValueRollback<bool> asking(m_asking, true);
     return QMessageBox::question(
                nullptr, tr("Suspend session"),
                tr("There are currently running applications. Do you want to suspend session "

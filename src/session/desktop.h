@@ -95,7 +95,7 @@ private:
     bool launch(AppInstance* app);
     void attachWindow(qlonglong window, quint32 processId);
     void fitPages();
-    bool wantsSuspension() const;
+    bool wantsSuspension();
 
     SessionManager* m_sessionEvents = nullptr; // the process's: it has no end
     WinManager* m_windows = nullptr;           // a child
@@ -108,4 +108,5 @@ private:
     QMap<qint64, QPointer<QProcess>> m_processes; // of every launch; nothing is removed
     bool m_loading = false;
     bool m_launching = false; // a launch has begun and its process is not started yet
+    bool m_asking = false;    // whether the session is to be suspended
 };

@@ -19,6 +19,8 @@
 #include <QTimer>
 #include <QtTest>
 
+#include <functional>
+
 namespace {
 
 // Without the frame that the offscreen platform gives every window.
@@ -294,6 +296,88 @@ private slots:
         QVERIFY(exitCallsAtRequests.isEmpty());
         QCOMPARE(exitCallsMade(), exitCalls());
         QVERIFY(log().contains(QStringLiteral("Info: Session ended")));
+    }
+
+    void theClientIsGoneBeforeTheTaskBarIsAndTheTaskBarBeforeWindowsHears()
+    {
+        startServer();
+        startShell();
+        struct : QObject
+        {
+            std::function<void()> onClose;
+            bool eventFilter(QObject*, QEvent* event) override
+            {
+                if (event->type() == QEvent::Close)
+                    onClose();
+                return false;
+            }
+        } watcher;
+        int closed = 0;
+        const int before = calls({"SHAppBarMessage"}).size();
+        watcher.onClose = [&] {
+            ++closed;
+            QVERIFY(!env::serverClient());
+            QCOMPARE(calls({"SHAppBarMessage"}).size(), before);
+            QVERIFY(calls({"ExitWindowsEx"}).isEmpty());
+        };
+        bar().installEventFilter(&watcher);
+        desktop().exitApp();
+        QCOMPARE(closed, 1);
+        QCOMPARE(exitCallsMade(), exitCalls());
+    }
+
+    void whileTheQuestionStandsWindowsComeAndGo_data()
+    {
+        QTest::addColumn<bool>("suspend");
+        QTest::newRow("suspended") << true;
+        QTest::newRow("ended") << false;
+    }
+    void whileTheQuestionStandsWindowsComeAndGo()
+    {
+        QFETCH(bool, suspend);
+        startShell();
+        const qlonglong first = attach(QStringLiteral("first"));
+        const qlonglong second = attach(QStringLiteral("second"));
+        const qlonglong third = openWindow(QStringLiteral("third"));
+        int tasks = -1;
+        answers().expectDialog("QMessageBox", [&](QWidget* question) {
+            closeWindow(first);
+            closeWindow(second);
+            emit shell().tracker()->unmapWindow(second);
+            emit shell().tracker()->unmapWindow(first);
+            tasks = shell().tasks().size();
+            emit shell().tracker()->mapWindow(third);
+            emit shell().tracker()->titleChanged(third, QStringLiteral("third, changed"));
+            desktop().clientConnected();
+            auto* const box = static_cast<QMessageBox*>(question);
+            box->button(suspend ? QMessageBox::Yes : QMessageBox::No)->click();
+        });
+        desktop().exitApp();
+        QCOMPARE(tasks, 0);
+        if (suspend) {
+            QCOMPARE(calls({"WTSDisconnectSession"}).size(), 1);
+            QVERIFY(calls({"ExitWindowsEx"}).isEmpty());
+            QCOMPARE(shell().tasks(), QStringList("@" + hex(third)));
+        } else {
+            QVERIFY(calls({"WTSDisconnectSession"}).isEmpty());
+            QCOMPARE(exitCallsMade(), exitCalls());
+        }
+    }
+
+    void whileTheQuestionStandsItIsNotAskedAgain()
+    {
+        startShell();
+        attach(QStringLiteral("letter"));
+        answers().expectDialog("QMessageBox", [&](QWidget* question) {
+            emit bar().exitApp();
+            static_cast<QMessageBox*>(question)->button(QMessageBox::Yes)->click();
+        });
+        desktop().exitApp();
+        QCOMPARE(calls({"WTSDisconnectSession"}).size(), 1);
+        QVERIFY(calls({"ExitWindowsEx"}).isEmpty());
+        expectSuspendQuestion(QMessageBox::No); // the next time it is
+        desktop().exitApp();
+        QCOMPARE(exitCallsMade(), exitCalls());
     }
 
     void theEndGoesOnWhenWindowsRefuses()

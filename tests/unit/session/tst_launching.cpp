@@ -2,6 +2,7 @@
 #include "catalogue/application.h"
 #include "env/serverslot.h"
 #include "instances/appinstance.h"
+#include "shell/appbutton.h"
 #include "shell/menu.h"
 #include "support/probereport.h"
 #include "support/shelltest.h"
@@ -119,13 +120,16 @@ private slots:
         startShell();
         const auto app = instance();
         bool waited = false;
+        bool timed = true;
         int started = -1;
         QTimer::singleShot(0, [&] {
             waited = isWaiting();
+            timed = launchTimers().first()->isActive();
             started = log().filter(QStringLiteral("Launching:")).size();
         });
         desktop().launchApplication(app.get());
         QVERIFY(waited);
+        QVERIFY(!timed); // the 15 seconds are the launch's alone
         QCOMPARE(started, 0);
     }
 
@@ -154,6 +158,25 @@ private slots:
         QCOMPARE(exitCallsMade(), exitCalls());
     }
 
+    void aSessionThatEndsDuringALaunchKeepsThePressedButtonUntilItsClickIsOver()
+    {
+        startServer();
+        addToServer(QStringLiteral("probe"), QStringLiteral(PROBE), QStringLiteral("127.0.0.1"),
+                    QStringLiteral("windows"));
+        startShell();
+        const QPointer<AppButton> button(shell().launcher()->findChild<AppButton*>());
+        QVERIFY(button);
+        bool wasThere = false;
+        connect(button.data(), &AppButton::clicked, this, [&] { wasThere = true; }); // after the launch
+        QMetaObject::invokeMethod(&desktop(), "exitApp", Qt::QueuedConnection);
+        button->click();
+        QVERIFY(wasThere);
+        QCOMPARE(exitCallsMade(), exitCalls());
+        QVERIFY(log().filter(QStringLiteral("Launching")).isEmpty());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!button);
+    }
+
     void theTimerEndsTheWait()
     {
         addProbe();
@@ -171,6 +194,19 @@ private slots:
              {static_cast<QWidget*>(QApplication::desktop()), static_cast<QWidget*>(shell().launcher()),
               static_cast<QWidget*>(&bar())})
             QCOMPARE(widget->cursor().shape(), Qt::ArrowCursor);
+    }
+
+    void theEndOfTheWaitDisconnectsTheTimerHoweverManyLaunchesThereWere()
+    {
+        addProbe();
+        startShell();
+        const auto app = instance();
+        for (int launch = 0; launch < 3; ++launch) {
+            desktop().launchApplication(app.get());
+            QApplication::desktop()->setCursor(Qt::ArrowCursor);
+        }
+        desktop().timeout();
+        QVERIFY(!launchTimers().first()->disconnect(SIGNAL(timeout()), &desktop(), SLOT(timeout())));
     }
 
     void theEndOfTheWaitLeavesOtherCursorsAlone()
@@ -285,6 +321,26 @@ private slots:
         QVERIFY(QFile::link(link, link));
         desktop().openFile(link, QStringLiteral("probe"));
         QVERIFY(ProbeReport::take(reportPath()).arguments.join(' ').contains(QStringLiteral("loop.txt")));
+    }
+
+    void aLinkOpensUnderItsOwnNameWithItsOwnExtensionsApplication()
+    {
+        startServer();
+        addToServer(QStringLiteral("probe"), QStringLiteral(PROBE), QStringLiteral("127.0.0.1"),
+                    QStringLiteral("windows"));
+        server().data.extensions.append(
+            {QStringLiteral(".txt"), QStringLiteral("text/plain"), {QStringLiteral("probe")}});
+        sandbox().setVariable("PROBE_REPORT", reportPath().toUtf8());
+        startShell();
+        const QString target = sandbox().scratch() + QStringLiteral("/target.unknown");
+        const QString link = sandbox().scratch() + QStringLiteral("/link.tar.txt");
+        QFile file(target);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(QFile::link(target, link));
+        desktop().openFile(link);
+        const QString arguments = ProbeReport::take(reportPath()).arguments.join(' ');
+        QVERIFY2(arguments.contains(QStringLiteral("link.tar.txt")), qPrintable(arguments));
+        QVERIFY2(!arguments.contains(QStringLiteral("target")), qPrintable(arguments));
     }
 
     void anInstanceForAFileGoesWithItsProcess()

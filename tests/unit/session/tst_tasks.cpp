@@ -9,6 +9,9 @@
 
 #include <QApplication>
 #include <QDesktopWidget>
+#include <QFocusEvent>
+#include <QLineEdit>
+#include <QSet>
 #include <QtTest>
 
 namespace {
@@ -76,7 +79,13 @@ private slots:
         sandbox().writeSettings("[Desktop]\nWindowManagerBehaviour=standard\n");
         startShell();
         const qlonglong window = attach(QStringLiteral("letter"));
-        QVERIFY(!windowCalls().contains(QStringLiteral("ShowWindow(%1, 3)").arg(hex(window))));
+        desktop().mapWindow(window);
+        desktop().setSelected(3);
+        desktop().closeButtonClicked(window);
+        const QStringList shown = windowCalls().filter(QStringLiteral("ShowWindow(%1,").arg(hex(window)));
+        QVERIFY(shown.size() >= 4);
+        QCOMPARE(QSet<QString>(shown.begin(), shown.end()),
+                 QSet<QString>({QStringLiteral("ShowWindow(%1, 5)").arg(hex(window))}));
     }
 
     void aWindowWithoutALaunchGetsTheDefaultPicture()
@@ -428,6 +437,31 @@ private slots:
                  Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
         QCOMPARE(current(), 0); // no button of its own
         desktop().mapWidget(nullptr, true);
+    }
+
+    void aPageThatIsShownTakesTheFocusForItself()
+    {
+        startShell();
+        QWidget tool;
+        QLineEdit field(&tool);
+        desktop().mapWidget(&tool, true);
+        QTRY_VERIFY(tool.isActiveWindow());
+        field.setFocus();
+        QVERIFY(field.hasFocus());
+        struct : QObject
+        {
+            QList<Qt::FocusReason> reasons;
+            bool eventFilter(QObject*, QEvent* event) override
+            {
+                if (event->type() == QEvent::FocusIn)
+                    reasons.append(static_cast<QFocusEvent*>(event)->reason());
+                return false;
+            }
+        } watcher;
+        tool.installEventFilter(&watcher);
+        desktop().mapWidget(&tool, true);
+        QVERIFY(tool.hasFocus());
+        QCOMPARE(watcher.reasons, QList<Qt::FocusReason>({Qt::OtherFocusReason}));
     }
 
     void aPageThatIsShownAgainIsNotHiddenInBetween()
