@@ -117,6 +117,28 @@ private slots:
         QTRY_VERIFY(simwin::callNames().contains("WTSWaitSystemEvent"));
     }
 
+    void theTrackerStartsBetweenTheTaskBarsMakingAndItsShowing()
+    {
+        struct : QObject
+        {
+            QObject* controller = nullptr;
+            QList<bool> runs; // as the bar gets its title, and as it is shown
+            bool eventFilter(QObject* watched, QEvent* event) override
+            {
+                if (event->type() == QEvent::ChildAdded && watched->inherits("Desktop"))
+                    controller = watched;
+                else if (watched->inherits("TabBar") &&
+                         (event->type() == QEvent::WindowTitleChange || event->type() == QEvent::Show))
+                    runs.append(controller->findChild<WinManager*>()->isRunning());
+                return false;
+            }
+        } watcher;
+        qApp->installEventFilter(&watcher);
+        startShell();
+        qApp->removeEventFilter(&watcher);
+        QCOMPARE(watcher.runs, QList<bool>({false, true}));
+    }
+
     void aLoginThatFailsBuildsNothingAndEndsTheSession()
     {
         startServer();
@@ -284,13 +306,17 @@ private slots:
         startServer();
         startShell();
         QStringList exitCallsAtRequests;
-        server().onEvent = [&](const TwEvent& event) {
+        const TWClient* clientAtQuit = env::serverClient();
+        server().onEvent = [&](const TwEvent& event) { // the shell waits meanwhile
             if (event.kind == TwEvent::Request)
                 exitCallsAtRequests.append(calls({"ExitWindowsEx"}));
+            if (event.kind == TwEvent::Request && event.bytes == "quit\n")
+                clientAtQuit = env::serverClient();
         };
         QVERIFY(env::serverClient());
         desktop().exitApp();
         QVERIFY(!env::serverClient());
+        QVERIFY(!clientAtQuit); // nobody finds a client that says good-bye
         QCOMPARE(server().requests().mid(server().requests().size() - 2),
                  QList<QByteArray>({"end_session", "quit\n"}));
         QVERIFY(exitCallsAtRequests.isEmpty());

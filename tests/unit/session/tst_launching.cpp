@@ -302,8 +302,13 @@ private slots:
                 Application::validApplications().size()); // the launcher's alone
     }
 
-    void linksThatLeadNowhereAreTold()
+    void linksThatLeadNowhereAreToldAndNothingOpens()
     {
+        startServer();
+        addToServer(QStringLiteral("probe"), QStringLiteral(PROBE), QStringLiteral("127.0.0.1"),
+                    QStringLiteral("windows"));
+        server().data.extensions.append(
+            {QStringLiteral(".txt"), QStringLiteral("text/plain"), {QStringLiteral("probe")}});
         startShell();
         const QString link = sandbox().scratch() + QStringLiteral("/loop.txt");
         QVERIFY(QFile::link(link, link));
@@ -311,6 +316,7 @@ private slots:
                             QStringLiteral("This file is a recursive set of links"), QMessageBox::Critical);
         desktop().openFile(link);
         QVERIFY(!isWaiting());
+        QVERIFY(log().filter(QStringLiteral("Launching")).isEmpty());
     }
 
     void aLinkOpensUnderItsOwnNameAndAnApplicationIsNotAskedAboutLoops()

@@ -184,6 +184,20 @@ private slots:
         QCOMPARE(shell().panelText(), bar().buttonAt(3)->taskText());
     }
 
+    // The bar's news of the choice would do the same: without them it is the controller's own doing.
+    void attachingAndShowingAWindowDoNotWaitForTheTaskBarsNews()
+    {
+        startShell();
+        const QSignalBlocker silent(&bar());
+        const qlonglong window = attach(QStringLiteral("letter"));
+        const QString brought = QStringLiteral("BringWindowToTop(%1)").arg(hex(window));
+        QCOMPARE(windowCalls().count(brought), 1);
+        QCOMPARE(shell().panelText(), QStringLiteral("letter"));
+        desktop().mapWindow(window);
+        QCOMPARE(windowCalls().count(brought), 2);
+        QCOMPARE(current(), 3);
+    }
+
     void pressingATaskButtonShowsItsWindow()
     {
         startShell();
@@ -299,6 +313,17 @@ private slots:
         desktop().setThreadWidgetTitle(0);
         desktop().setThreadWidgetTitle(0x999999);
         QCOMPARE(shell().panelText(), QStringLiteral("other"));
+    }
+
+    void aNegativeHandleHasNoTitle()
+    {
+        startShell();
+        simwin::setNextHandle(0x80001234);
+        const qlonglong window = attach(QStringLiteral("letter"));
+        QCOMPARE(window, Q_INT64_C(0x80001234));
+        bar().setCurrentThreadText(QStringLiteral("text"));
+        desktop().setThreadWidgetTitle(static_cast<qint32>(window)); // the same low 32 bits
+        QCOMPARE(shell().panelText(), QStringLiteral("text"));
     }
 
     void theNameOfAButtonAndTheTextOfAWindowsAreShown()
@@ -437,6 +462,19 @@ private slots:
                  Qt::CustomizeWindowHint | Qt::FramelessWindowHint);
         QCOMPARE(current(), 0); // no button of its own
         desktop().mapWidget(nullptr, true);
+    }
+
+    void aPageInTheBackgroundComesForward()
+    {
+        startShell();
+        QWidget tool;
+        QWidget other;
+        desktop().mapWidget(&tool, true);
+        other.show();
+        other.activateWindow();
+        QTRY_VERIFY(other.isActiveWindow());
+        desktop().mapWidget(&tool, true);
+        QTRY_VERIFY(tool.isActiveWindow());
     }
 
     void aPageThatIsShownTakesTheFocusForItself()
