@@ -317,7 +317,8 @@ void Desktop::titleChanged(qlonglong window, const QString& newTitle)
         qDebug("Not current title, as current index is %d and window index is %d", current, index);
         return;
     }
-    m_tabBar->setCurrentThreadText(newTitle);
+    const ThreadButton* const button = m_tabBar->buttonAt(index);
+    m_tabBar->setCurrentThreadText(button->widget() ? button->taskText() : newTitle);
 }
 
 void Desktop::closeButtonClicked(qlonglong window)

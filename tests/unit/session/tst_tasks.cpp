@@ -427,6 +427,18 @@ private slots:
         }
     }
 
+    void thePagesTextStandsAlsoWhenItsWindowsTitleIsAskedForOrChanges()
+    {
+        startShell();
+        desktop().mapWidget(shell().fileManager());
+        const auto window = static_cast<qlonglong>(shell().fileManager()->winId());
+        bar().setCurrentThreadText(QStringLiteral("text"));
+        desktop().setThreadWidgetTitle(window);
+        QCOMPARE(shell().panelText(), QStringLiteral("Places"));
+        desktop().titleChanged(window, QStringLiteral("quillet"));
+        QCOMPARE(shell().panelText(), QStringLiteral("Places"));
+    }
+
     void pressingAFixedButtonShowsItsPage()
     {
         startShell();
