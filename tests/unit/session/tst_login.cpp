@@ -516,6 +516,18 @@ private slots:
         QVERIFY(env::serverClient()->isConnected());
     }
 
+    void connectingAgainTakesLeaveOfTheFirstConnection()
+    {
+        configure("0");
+        startSession();
+        configure(QByteArray::number(m_server->port()));
+        QVERIFY(m_connection->connectToServer());
+        QVERIFY(m_connection->connectToServer());
+        QCOMPARE(m_server->requests(), QList<QByteArray>({"quit\n"}));
+        QCOMPARE(env::serverClient(), m_connection->client());
+        QVERIFY(env::serverClient()->isConnected());
+    }
+
     // --- The end
 
     void theServerIsToldOfTheEndThenTheClientGoes()
