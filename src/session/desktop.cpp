@@ -58,6 +58,16 @@ void fitPage(QWidget* page)
     page->move(0, 0);
 }
 
+// While a box is open nothing else of the shell answers, so a window that comes to the front, and fills the
+// screen, must not cover it.
+void keepQuestionInFront()
+{
+    if (QWidget* const box = QApplication::activeModalWidget()) {
+        box->raise();
+        box->activateWindow();
+    }
+}
+
 } // namespace
 
 Desktop::Desktop()
@@ -236,6 +246,7 @@ void Desktop::setSelected(int index)
         m_tabBar->setCurrentThreadText(button->taskText()); // also of a page without a window of its own
         fitPage(page);
     }
+    keepQuestionInFront();
 }
 
 void Desktop::setThreadWidgetName(int index)
@@ -274,6 +285,7 @@ void Desktop::mapWindow(qlonglong window)
     }
     setThreadWidgetTitle(window);
     setThreadWidgetName(index);
+    keepQuestionInFront();
 }
 
 void Desktop::attachWindow(qlonglong window, quint32 processId)
@@ -351,6 +363,7 @@ void Desktop::mapWidget(QWidget* widget, bool force)
     widget->show();
     widget->activateWindow();
     widget->updateGeometry();
+    keepQuestionInFront();
     qDebug("Widget size: %dx%d", widget->width(), widget->height());
 }
 

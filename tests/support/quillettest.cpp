@@ -29,6 +29,7 @@ Messages& messages()
 bool isHarmless(const QString& warning)
 {
     return warning.contains(QLatin1String("propagateSizeHints")) ||
+           warning == QLatin1String("This plugin does not support raise()") ||
            // pictures of Wine's for message boxes
            warning.startsWith(QLatin1String("QPixmap::fromWinHICON(), failed to GetIconInfo()")) ||
            // a picture of a window that is gone
