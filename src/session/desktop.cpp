@@ -37,7 +37,7 @@ const QSize launchIconSize(48, 42);  // pixels
 // What the task bar leaves of the desktop.
 QSize pageSize()
 {
-    return session::desktopSize() - QSize(0, shell::taskBarHeight);
+    return (session::desktopSize() - QSize(0, shell::taskBarHeight)).expandedTo(QSize(0, 0));
 }
 
 bool isOwnWindow(quint32 processId)

@@ -91,12 +91,11 @@ void Menu::createGrid()
 {
     delete m_grid; // with its spacers; its widgets stay
     m_spacers.clear();
-    m_grid = new QGridLayout;
+    m_grid = new QGridLayout(this); // at once: a layout that was changed before would ask for no layout
     m_grid->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     // The cells alone share the menu's size.
     m_grid->setContentsMargins(0, 0, 0, 0);
     m_grid->setSpacing(0);
-    setLayout(m_grid);
 }
 
 void Menu::addSpacers()

@@ -339,10 +339,15 @@ void TabBar::resize(QSize desktopSize)
 {
     qDebug("Setting new geometry - x: %d, y: %d, width: %d, height: %d", 0, desktopSize.height(),
            desktopSize.width(), shell::taskBarHeight);
-    setGeometry(0, desktopSize.height(), desktopSize.width(), shell::taskBarHeight);
+    const QRect strip(0, desktopSize.height(), desktopSize.width(), shell::taskBarHeight);
+    setGeometry(strip);
     m_configuration->resize(desktopSize);
     m_launcher->resize(desktopSize);
     updateContents();
+    // Before a smaller screen the tasks in view held the bar as wide as they were.
+    m_taskLayout->activate();
+    layout()->activate();
+    setGeometry(strip);
 }
 
 int TabBar::taskCount() const
