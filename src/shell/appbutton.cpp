@@ -1,7 +1,7 @@
 #include "shell/appbutton.h"
 
 #include "instances/appinstance.h"
-#include "shell/focusframe.h"
+#include "shell/keyboard.h"
 #include "shell/labelbreak.h"
 #include "shell/launchergrid.h"
 
@@ -20,7 +20,6 @@ constexpr int iconHalf = 32;     // half the side of the picture that an icon is
 constexpr int fontSize = 13;
 constexpr QRgb stripColor = 0xE6EAED;
 constexpr double stripOpacity = 0.85;
-constexpr QRgb focusColor = 0x12566B;
 
 QRect labelStrip()
 {
@@ -73,8 +72,9 @@ void AppButton::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     paintIcon(painter);
-    if (m_focusByKeyboard && hasFocus())
-        paintFocus(painter);
+    // Around the icon, touching neither its rectangle nor the label's strip.
+    m_focusFrame.paint(&painter,
+                       QRect(QPoint(iconFirst - 3, iconFirst - 3), QPoint(iconLast + 3, iconLast + 3)));
     paintLabel(painter);
 }
 
@@ -109,13 +109,6 @@ void AppButton::paintLabel(QPainter& painter) const
     painter.fillRect(labelStrip(), QColor(stripColor));
     painter.drawText(labelStrip(), Qt::AlignCenter,
                      shell::fitLabel(m_text, painter.fontMetrics(), shell::launcherCell.width()));
-}
-
-// Around the icon, touching neither its rectangle nor the label's strip.
-void AppButton::paintFocus(QPainter& painter) const
-{
-    const QRect frame(QPoint(iconFirst - 3, iconFirst - 3), QPoint(iconLast + 3, iconLast + 3));
-    shell::drawFocusFrame(&painter, frame, QColor(focusColor));
 }
 
 bool AppButton::isWaiting() const
@@ -175,29 +168,8 @@ void AppButton::hideEvent(QHideEvent* event)
 
 void AppButton::keyPressEvent(QKeyEvent* event)
 {
-    switch (event->key()) {
-    case Qt::Key_Enter:
-    case Qt::Key_Return:
-        if (!event->isAutoRepeat())
-            click();
-        break;
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-    case Qt::Key_Up:
-    case Qt::Key_Down:
+    if (shell::isArrowKey(*event))
         event->ignore();
-        break;
-    default:
+    else if (!shell::pressWithEnter(this, *event))
         QPushButton::keyPressEvent(event);
-    }
-}
-
-void AppButton::focusInEvent(QFocusEvent* event)
-{
-    // When the window or a menu gives back what it took, it is as before.
-    if (shell::isKeyboardFocus(*event))
-        m_focusByKeyboard = true;
-    else if (event->reason() == Qt::MouseFocusReason || event->reason() == Qt::OtherFocusReason)
-        m_focusByKeyboard = false;
-    QPushButton::focusInEvent(event);
 }

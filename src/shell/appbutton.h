@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/focusframe.h"
+
 #include <QIcon>
 #include <QPushButton>
 
@@ -39,14 +41,12 @@ protected:
     void hideEvent(QHideEvent* event) override;
     // Enter presses, as the space bar does. The arrow keys are left to the menu, which knows the grid.
     void keyPressEvent(QKeyEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
 
 private:
     AppButton(AppInstance* application, const QIcon& icon, const QString& text, QWidget* widget,
               QWidget* parent);
     void paintIcon(QPainter& painter) const;
     void paintLabel(QPainter& painter) const;
-    void paintFocus(QPainter& painter) const;
     bool isWaiting() const;
     void refresh();
 
@@ -55,5 +55,5 @@ private:
     const QString m_text;
     int m_pressedOffset = 0; // pixels by which each side of the icon moves inwards
     bool m_hovered = false;
-    bool m_focusByKeyboard = false;
+    FocusFrame m_focusFrame{this};
 };

@@ -1,5 +1,8 @@
 #include "shell/closebutton.h"
 
+#include "shell/keyboard.h"
+
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace {
@@ -10,10 +13,17 @@ constexpr int pressedExtent = 12; // pixels
 CloseButton::CloseButton(const QIcon& icon, QWidget* parent)
     : QPushButton(QIcon(), QString(), parent)
     , m_icon(icon)
+    , m_focusFrame(this, parent)
 {
     setIconSize(QSize(extent, extent));
     setFixedSize(extent, extent);
     connect(this, SIGNAL(clicked()), this, SLOT(buttonClicked()));
+}
+
+void CloseButton::paintFocusFrame(QPainter* painter) const
+{
+    constexpr int width = FocusFrame::width;
+    m_focusFrame.paint(painter, geometry().adjusted(-width, -width, width, width));
 }
 
 void CloseButton::paintEvent(QPaintEvent* event)
@@ -30,6 +40,14 @@ void CloseButton::paintEvent(QPaintEvent* event)
         painter.drawPixmap(QRect(QPoint(0, 0), QPoint(16, 16)),
                            m_icon.pixmap(extent, extent, QIcon::Normal, QIcon::Off));
     }
+}
+
+void CloseButton::keyPressEvent(QKeyEvent* event)
+{
+    if (shell::isArrowKey(*event))
+        event->ignore();
+    else
+        QPushButton::keyPressEvent(event);
 }
 
 void CloseButton::buttonClicked()

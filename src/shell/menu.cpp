@@ -4,6 +4,7 @@
 #include "instances/appinstance.h"
 #include "server/twclient.h"
 #include "shell/appbutton.h"
+#include "shell/keyboard.h"
 #include "shell/ownwindow.h"
 
 #include <QDir>
@@ -143,15 +144,10 @@ QWidget* Menu::widgetToFocus(int key) const
 
 void Menu::keyPressEvent(QKeyEvent* event)
 {
-    switch (event->key()) {
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-    case Qt::Key_Up:
-    case Qt::Key_Down:
+    if (shell::isArrowKey(*event)) {
         if (QWidget* const widget = widgetToFocus(event->key()))
             widget->setFocus(Qt::TabFocusReason);
-        break;
-    default:
+    } else if (!shell::pressWithEnter(focusWidget(), *event)) {
         PixmapFrame::keyPressEvent(event);
     }
 }

@@ -4,8 +4,11 @@
 #include "config/configure.h"
 #include "env/serverslot.h"
 #include "files/filesystemwidget.h"
+#include "shell/focusframe.h"
+#include "shell/keyboard.h"
 #include "shell/menu.h"
 #include "shell/ownwindow.h"
+#include "shell/plainbutton.h"
 #include "shell/taskfitting.h"
 #include "shell/threadbutton.h"
 #include "shell/threadwidget.h"
@@ -16,10 +19,13 @@
 #include <QDesktopWidget>
 #include <QGuiApplication>
 #include <QHBoxLayout>
-#include <QPushButton>
+#include <QKeyEvent>
+#include <QPointer>
 #include <QScreen>
+#include <QShortcut>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -51,7 +57,7 @@ QHBoxLayout* createLayout(Qt::Alignment alignment = Qt::Alignment())
 
 QPushButton* createArrow(const char* picture, const char* name)
 {
-    auto* const arrow = new QPushButton(QIcon(QLatin1String(picture)), QString());
+    auto* const arrow = new PlainButton(QIcon(QLatin1String(picture)), QString());
     arrow->setFixedSize(arrowWidth, shell::taskBarHeight);
     arrow->setAccessibleName(QLatin1String(name));
     arrow->hide();
@@ -79,6 +85,9 @@ TabBar::TabBar()
     , m_windowHistory(this)
 {
     setWindowTitle(QLatin1String(shell::ownWindowTitle));
+    setAccessibleName(tr("Task bar"));
+    m_leftArrow->setAccessibleDescription(tr("Earlier tasks"));
+    m_rightArrow->setAccessibleDescription(tr("Later tasks"));
     QPalette colors = palette();
     colors.setBrush(QPalette::Window, QBrush(Qt::white));
     setPalette(colors);
@@ -104,6 +113,8 @@ TabBar::TabBar()
             SLOT(closeButtonClicked(ThreadButton*)));
     connect(m_panel, SIGNAL(killButtonClicked(ThreadButton*)), this, SLOT(killButtonClicked(ThreadButton*)));
     addFixedButtons();
+    orderButtons();
+    addSwitchKey(this);
     fillPages();
 }
 
@@ -128,12 +139,15 @@ void TabBar::addFixedButtons()
             new ThreadButton(page, kind, QPixmap(QLatin1String(":/icons/32x32/") + QLatin1String(picture)),
                              tr("Tidewell"), text, window, 0, 0);
         addButton(button);
+        if (page)
+            page->setAccessibleName(text);
         return button;
     };
     const auto prepare = [this](QWidget* page) {
         shell::setPageFlags(page);
         page->setWindowTitle(QLatin1String(shell::ownWindowTitle));
         page->installEventFilter(this);
+        addSwitchKey(page);
     };
 
     m_launcher = new Menu(nullptr, QLatin1String(pageColor));
@@ -189,6 +203,7 @@ void TabBar::addButton(ThreadButton* button)
         break;
     case ThreadButton::WindowButton:
         m_taskLayout->insertWidget(m_taskLayout->count() - 1, button); // before the right arrow
+        setTabOrder(m_taskLayout->itemAt(m_taskLayout->count() - 3)->widget(), button);
         select(button);
         updateContents();
         break;
@@ -239,14 +254,14 @@ void TabBar::removeButton(int position)
     qDebug("Removing button. lastIndex is %d", m_lastIndex);
     if (position == -1)
         position = m_lastIndex;
-    if (ThreadButton* const button = buttonAt(position)) {
-        if (button == currentButton())
+    const QPointer<ThreadButton> removed = buttonAt(position);
+    if (removed) {
+        if (removed == currentButton())
             m_panel->setThreadButton(nullptr);
         m_buttons.removeAt(position);
-        m_taskLayout->removeWidget(button);
-        m_fixedLayout->removeWidget(button);
-        button->hide();
-        button->deleteLater(); // its own click may have led here
+        m_taskLayout->removeWidget(removed);
+        m_fixedLayout->removeWidget(removed);
+        removed->deleteLater(); // its own click may have led here
     }
     const int foreground = indexOfWindow(winapi::foregroundWindow());
     if (foreground >= 0) {
@@ -257,6 +272,8 @@ void TabBar::removeButton(int position)
     } else if (!m_buttons.isEmpty()) {
         emit mapWidget(m_launcher, true);
     }
+    if (removed)
+        removed->hide(); // now, when the next one can have its focus
     updateContents();
 }
 
@@ -371,7 +388,12 @@ void TabBar::updateContents()
     for (int task = 0; task < tasks; ++task) {
         if (fit.scrolls())
             qDebug(fit.shows(task) ? "shown" : "hidden");
-        showTask(task, fit.shows(task));
+        if (fit.shows(task))
+            showTask(task, true);
+    }
+    for (int task = 0; task < tasks; ++task) { // now that the current one can have a hidden one's focus
+        if (!fit.shows(task))
+            showTask(task, false);
     }
     m_leftArrow->setVisible(fit.scrolls());
     m_rightArrow->setVisible(fit.scrolls());
@@ -380,8 +402,11 @@ void TabBar::updateContents()
 
 void TabBar::updateArrows()
 {
+    const bool right = m_firstVisible < m_scrollLimit;
+    if (right)
+        m_rightArrow->setEnabled(true); // first: the left one may leave its focus to it
     m_leftArrow->setEnabled(m_firstVisible != 0);
-    m_rightArrow->setEnabled(m_firstVisible < m_scrollLimit);
+    m_rightArrow->setEnabled(right);
 }
 
 void TabBar::leftButtonClicked()
@@ -400,6 +425,97 @@ void TabBar::rightButtonClicked()
     showTask(step.show, true);
     m_firstVisible = step.firstVisible;
     updateArrows();
+}
+
+// --- Keyboard
+
+void TabBar::orderButtons()
+{
+    QWidget* previous = nullptr;
+    const auto append = [&previous](QWidget* widget) {
+        if (previous)
+            setTabOrder(previous, widget);
+        previous = widget;
+    };
+    for (ThreadButton* const button : std::as_const(m_buttons))
+        append(button);
+    append(m_panel->findChild<QPushButton*>());
+    append(m_leftArrow);
+    append(m_rightArrow); // the tasks come between the arrows
+    append(m_rightLayout->itemAt(0)->widget());
+}
+
+void TabBar::addSwitchKey(QWidget* window)
+{
+    auto* const key = new QShortcut(QKeySequence(Qt::Key_F6), window);
+    connect(key, &QShortcut::activated, this, [this, window] {
+        if (window == this)
+            handKeyboardOver();
+        else
+            takeKeyboard();
+    });
+}
+
+void TabBar::takeKeyboard()
+{
+    activateWindow();
+    if (QWidget* const target = heir())
+        FocusFrame::giveFocus(target);
+}
+
+void TabBar::handKeyboardOver()
+{
+    ThreadButton* const current = currentButton();
+    if (!current)
+        return;
+    QWidget* const page = current->widget();
+    if (!page) {
+        current->click();
+        return;
+    }
+    page->show();
+    page->activateWindow();
+    QWidget* target = page->focusWidget();
+    if (!target || !shell::isReachable(target))
+        target = shell::firstReachable(page);
+    FocusFrame::giveFocus(target ? target : page);
+}
+
+QWidget* TabBar::heir() const
+{
+    ThreadButton* const current = currentButton();
+    if (current && shell::isReachable(current))
+        return current;
+    return m_buttons.value(0);
+}
+
+bool TabBar::focusNextPrevChild(bool next)
+{
+    const QWidget* const focused = focusWidget();
+    if (!focused || focused == this || shell::isReachable(focused))
+        return QWidget::focusNextPrevChild(next);
+    // Not the user moves on: the button cannot keep the focus.
+    QWidget* target = heir();
+    for (QPushButton* const arrow : {m_leftArrow, m_rightArrow}) {
+        const QPushButton* const other = arrow == m_leftArrow ? m_rightArrow : m_leftArrow;
+        if (focused == other && shell::isReachable(arrow))
+            target = arrow;
+    }
+    if (!target)
+        return false;
+    if (FocusFrame::isShownOn(focused))
+        FocusFrame::giveFocus(target);
+    else
+        target->setFocus(Qt::OtherFocusReason);
+    return true;
+}
+
+void TabBar::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)
+        focusNextPrevChild(event->key() == Qt::Key_Right);
+    else if (!shell::pressWithEnter(focusWidget(), *event))
+        QWidget::keyPressEvent(event);
 }
 
 // --- Closing

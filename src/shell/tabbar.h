@@ -80,6 +80,11 @@ protected:
     // The pages close with the bar; neither does because a user says so.
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    // The arrow keys move from button to button, Enter presses.
+    void keyPressEvent(QKeyEvent* event) override;
+    // A button that goes, or cannot be used any more, leaves the focus to one that does no harm, not to the
+    // next one, which may be the log-off button.
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void addFixedButtons();
@@ -90,6 +95,12 @@ private:
     // Shows or hides the task at a position among the tasks; none is ignored.
     void showTask(int task, bool shown);
     void updateArrows();
+    void orderButtons();
+    // F6 in this window: from a page to the bar, from the bar to what is current.
+    void addSwitchKey(QWidget* window);
+    void takeKeyboard();
+    void handKeyboardOver();
+    QWidget* heir() const;
 
     QHBoxLayout* m_fixedLayout = nullptr;
     QHBoxLayout* m_taskLayout = nullptr; // the left arrow, the tasks, the right arrow

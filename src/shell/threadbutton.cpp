@@ -1,9 +1,7 @@
 #include "shell/threadbutton.h"
 
-#include "shell/focusframe.h"
 #include "shell/taskfitting.h"
 
-#include <QFocusEvent>
 #include <QPainter>
 #include <QRadialGradient>
 
@@ -71,20 +69,8 @@ void ThreadButton::paintEvent(QPaintEvent*)
         painter.drawPixmap(QRect(QPoint(8 + d, 5 + d), QPoint(40 - d, 37 - d)), picture);
     }
     // The selection leaves no room around it.
-    if (m_hasKeyboardFocus && !isFilled)
-        shell::drawFocusFrame(&painter, rect().adjusted(1, 1, -1, -1), palette().color(QPalette::Highlight));
-}
-
-void ThreadButton::focusInEvent(QFocusEvent* event)
-{
-    m_hasKeyboardFocus = shell::isKeyboardFocus(*event);
-    QPushButton::focusInEvent(event);
-}
-
-void ThreadButton::focusOutEvent(QFocusEvent* event)
-{
-    m_hasKeyboardFocus = false;
-    QPushButton::focusOutEvent(event);
+    if (!isFilled)
+        m_focusFrame.paint(&painter, rect().adjusted(1, 1, -1, -1));
 }
 
 void ThreadButton::buttonClicked()

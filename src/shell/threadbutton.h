@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/focusframe.h"
+
 #include <QPixmap>
 #include <QPointer>
 #include <QPushButton>
@@ -59,8 +61,6 @@ public slots:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
 
 private slots:
     void buttonClicked();
@@ -77,5 +77,5 @@ private:
     const qlonglong m_windowId;
     const quint32 m_processId;
     const quint32 m_further;
-    bool m_hasKeyboardFocus = false;
+    FocusFrame m_focusFrame{this};
 };

@@ -1,5 +1,7 @@
 #include "shell/threadmanager.h"
 
+#include "shell/keyboard.h"
+#include "shell/launchergrid.h"
 #include "shell/overviewgrid.h"
 #include "shell/ownwindow.h"
 #include "shell/threadbutton.h"
@@ -97,10 +99,26 @@ void ThreadManager::setSelected(ThreadButton* button)
 
 void ThreadManager::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Escape)
+    if (event->key() == Qt::Key_Escape) {
         exit();
-    else
+    } else if (shell::isArrowKey(*event)) {
+        if (QWidget* const tile = tileToFocus(event->key()))
+            tile->setFocus(Qt::TabFocusReason);
+    } else if (!shell::pressWithEnter(focusWidget(), *event)) {
         QWidget::keyPressEvent(event);
+    }
+}
+
+QWidget* ThreadManager::tileToFocus(int key) const
+{
+    const QWidget* const focused = focusWidget();
+    const int current = focused ? m_layout->indexOf(focused->parentWidget()) : -1;
+    if (current < 0)
+        return m_tasks.isEmpty() ? nullptr : m_layout->itemAtPosition(0, 0)->widget();
+    const auto next =
+        shell::neighbour({m_columns, m_columns}, {current % m_columns, current / m_columns}, key);
+    return next ? qobject_cast<ThreadWidget*>(m_layout->itemAtPosition(next->row, next->column)->widget())
+                : nullptr;
 }
 
 void ThreadManager::buildGrid()

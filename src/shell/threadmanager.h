@@ -46,13 +46,14 @@ public slots:
     void setSelected(ThreadButton* button);
 
 protected:
-    // Escape is exit().
+    // Escape is exit(), the arrow keys move from tile to tile.
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void buildGrid();
     void clearGrid();
     QWidget* makeTile(ThreadButton* button);
+    QWidget* tileToFocus(int key) const;
 
     QGridLayout* const m_layout;
     QList<QPointer<ThreadButton>> m_tasks; // the fixed buttons are not among them

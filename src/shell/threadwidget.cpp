@@ -3,18 +3,17 @@
 #include "shell/closebutton.h"
 #include "shell/elidedlabel.h"
 #include "shell/focusframe.h"
+#include "shell/plainbutton.h"
 #include "shell/threadbutton.h"
 
-#include <QFocusEvent>
 #include <QGridLayout>
 #include <QMessageBox>
 #include <QPainter>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace {
 
-constexpr int gap = 2;           // pixels; around the items and between them, and the focus frame's width
+constexpr int gap = 2;           // pixels; around the items and between them; a focus frame has room there
 constexpr int previewMargin = 4; // pixels
 
 void makeBold(QLabel* label)
@@ -54,20 +53,14 @@ ThreadWidget::ThreadWidget(bool expanded, QWidget* parent)
     m_text->setObjectName(QStringLiteral("textLabel"));
     if (expanded)
         addExpandedItems();
-    m_closeButton = new CloseButton(QIcon(QStringLiteral(":/icons/32x32/cancel.png")), this);
-    m_closeButton->setObjectName(QStringLiteral("closeButton"));
-    m_closeButton->setAccessibleName(tr("Close"));
-    m_closeButton->installEventFilter(this);
+    m_closeButton = makeCloseButton("closeButton", "cancel.png", tr("Close"));
     m_layout->addWidget(m_closeButton, 0, 1, Qt::AlignRight | Qt::AlignTop);
     connect(m_closeButton, SIGNAL(clicked()), this, SLOT(closeButtonClickedSlot()));
     if (!expanded) {
         addPanelItems();
         return;
     }
-    m_killButton = new CloseButton(QIcon(QStringLiteral(":/icons/32x32/terminate.png")), this);
-    m_killButton->setObjectName(QStringLiteral("killButton"));
-    m_killButton->setAccessibleName(tr("Terminate"));
-    m_killButton->installEventFilter(this);
+    m_killButton = makeCloseButton("killButton", "terminate.png", tr("Terminate"));
     m_layout->addWidget(m_killButton, 1, 1, Qt::AlignRight | Qt::AlignTop);
     connect(m_killButton, SIGNAL(clicked()), this, SLOT(killButtonClickedSlot()));
 }
@@ -83,6 +76,10 @@ void ThreadWidget::setThreadButton(ThreadButton* threadButton)
     if (!threadButton)
         return;
     makeBold(m_name);
+    for (CloseButton* const button : {m_closeButton, m_killButton}) {
+        if (button)
+            button->setAccessibleDescription(threadButton->name());
+    }
     m_closeButton->setVisible(threadButton->kind() != ThreadButton::FixedButton);
     if (m_expanded)
         showSnapshot();
@@ -125,30 +122,30 @@ void ThreadWidget::setText(const QString& threadText)
     m_text->setText(threadText);
 }
 
-bool ThreadWidget::eventFilter(QObject* watched, QEvent* event)
-{
-    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
-        const bool byKeyboard = shell::isKeyboardFocus(*static_cast<QFocusEvent*>(event));
-        m_framed = byKeyboard ? static_cast<QWidget*>(watched) : nullptr;
-        update();
-    }
-    return QFrame::eventFilter(watched, event);
-}
-
 void ThreadWidget::paintEvent(QPaintEvent* event)
 {
     QFrame::paintEvent(event);
-    if (!m_framed)
-        return;
     QPainter painter(this);
-    shell::drawFocusFrame(&painter, m_framed->geometry().adjusted(-gap, -gap, gap, gap),
-                          palette().color(QPalette::Highlight));
+    for (const CloseButton* const button : {m_closeButton, m_killButton}) {
+        if (button)
+            button->paintFocusFrame(&painter);
+    }
 }
 
 void ThreadWidget::clicked()
 {
     if (m_button)
         emit clicked(m_button);
+}
+
+CloseButton* ThreadWidget::makeCloseButton(const char* name, const char* picture,
+                                           const QString& accessibleName)
+{
+    auto* const button =
+        new CloseButton(QIcon(QLatin1String(":/icons/32x32/") + QLatin1String(picture)), this);
+    button->setObjectName(QLatin1String(name));
+    button->setAccessibleName(accessibleName);
+    return button;
 }
 
 void ThreadWidget::addPanelItems()
@@ -169,12 +166,12 @@ void ThreadWidget::addExpandedItems()
     setColor(m_status, Qt::darkGreen);
     add(m_layout, m_status, 2, Qt::AlignCenter);
 
-    m_preview = new QPushButton(this);
+    m_preview = new PlainButton(this);
+    setFocusProxy(m_preview);
     m_preview->setObjectName(QStringLiteral("preview"));
     m_preview->setFlat(true);
     m_preview->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::MinimumExpanding);
     m_preview->setMinimumSize(1, 1); // many tasks share a small screen
-    m_preview->installEventFilter(this);
     m_layout->addWidget(m_preview, 3, 0);
     connect(m_preview, SIGNAL(clicked()), this, SLOT(clicked()));
 }

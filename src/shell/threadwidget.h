@@ -42,13 +42,13 @@ public slots:
     void setText(const QString& threadText);
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private slots:
     void clicked();
 
 private:
+    CloseButton* makeCloseButton(const char* name, const char* picture, const QString& accessibleName);
     void addPanelItems();
     void addExpandedItems();
     void showSnapshot();
@@ -64,5 +64,4 @@ private:
     CloseButton* m_killButton = nullptr;
     const bool m_expanded;
     QPointer<ThreadButton> m_button;
-    QPointer<QWidget> m_framed; // has the focus by the keyboard
 };

@@ -1,8 +1,5 @@
 #include "shell/toolbutton.h"
 
-#include "shell/focusframe.h"
-
-#include <QFocusEvent>
 #include <QPainter>
 
 namespace {
@@ -46,20 +43,8 @@ void ToolButton::paintEvent(QPaintEvent*)
                                          isLit ? QIcon::On : QIcon::Off));
     }
     // The fill leaves no room around it.
-    if (m_hasKeyboardFocus && !isFilled)
-        shell::drawFocusFrame(&painter, rect().adjusted(1, 1, -1, -1), palette().color(QPalette::Highlight));
-}
-
-void ToolButton::focusInEvent(QFocusEvent* event)
-{
-    m_hasKeyboardFocus = shell::isKeyboardFocus(*event);
-    QPushButton::focusInEvent(event);
-}
-
-void ToolButton::focusOutEvent(QFocusEvent* event)
-{
-    m_hasKeyboardFocus = false;
-    QPushButton::focusOutEvent(event);
+    if (!isFilled)
+        m_focusFrame.paint(&painter, rect().adjusted(1, 1, -1, -1));
 }
 
 void ToolButton::emitClicked()

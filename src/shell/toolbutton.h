@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/focusframe.h"
+
 #include <QIcon>
 #include <QPointer>
 #include <QPushButton>
@@ -25,8 +27,6 @@ protected:
     void enterEvent(QEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
 
 private slots:
     void emitClicked();
@@ -34,5 +34,5 @@ private slots:
 private:
     const QIcon m_icon;
     QPointer<QWidget> m_widget;
-    bool m_hasKeyboardFocus = false;
+    FocusFrame m_focusFrame{this};
 };

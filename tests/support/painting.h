@@ -45,6 +45,9 @@ inline bool isBlank(const QImage& image)
     return isFilled(image, image.rect(), Qt::transparent);
 }
 
+// Of the frame around what has the focus, everywhere in the shell.
+constexpr QRgb focusColor = 0xff12566b;
+
 // Counts the paintings of what it is a filter of.
 class PaintCounter : public QObject
 {

@@ -295,7 +295,7 @@ private slots:
         // What the picture fills stays as it was, and so does its surrounding pixel.
         QCOMPARE(focused.copy(7, 4, 35, 35), unfocused.copy(7, 4, 35, 35));
         if (framed) {
-            const QColor color = button->palette().color(QPalette::Highlight);
+            const QColor color(focusColor);
             QCOMPARE(boundsOf(focused, color), QRect(1, 1, 46, 40));
             QVERIFY(isFilled(focused, QRect(1, 1, 46, 2), color));
             QVERIFY(isFilled(focused, QRect(45, 1, 2, 40), color));

@@ -278,6 +278,54 @@ private slots:
         QVERIFY(!m_overview->isVisible());
     }
 
+    void theArrowKeysMoveFromTileToTile()
+    {
+        open(makeButtons(4)); // 0 1 2 / 3 . . / . . .
+        show();
+        m_overview->setFocus();
+        const auto press = [this](Qt::Key key) {
+            QTest::keyClick(QApplication::focusWidget(), key);
+            const auto* const preview = qobject_cast<QPushButton*>(QApplication::focusWidget());
+            return preview ? preview->accessibleName() : QString();
+        };
+        QCOMPARE(press(Qt::Key_Right), QStringLiteral("Name 0")); // nobody had it
+        QCOMPARE(press(Qt::Key_Right), QStringLiteral("Name 1"));
+        QCOMPARE(press(Qt::Key_Right), QStringLiteral("Name 2"));
+        QCOMPARE(press(Qt::Key_Right), QStringLiteral("Name 2"));
+        QCOMPARE(press(Qt::Key_Down), QStringLiteral("Name 2")); // nothing there
+        QCOMPARE(press(Qt::Key_Left), QStringLiteral("Name 1"));
+        QCOMPARE(press(Qt::Key_Left), QStringLiteral("Name 0"));
+        QCOMPARE(press(Qt::Key_Down), QStringLiteral("Name 3"));
+        QCOMPARE(press(Qt::Key_Up), QStringLiteral("Name 0"));
+        // Also from the buttons that end a task.
+        tile(0, 0)->findChild<CloseButton*>()->setFocus();
+        QCOMPARE(press(Qt::Key_Right), QStringLiteral("Name 1"));
+    }
+
+    void enterSelectsTheTaskThatHasTheFocus()
+    {
+        open(makeButtons(2));
+        show();
+        tile(0, 1)->setFocus();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QCOMPARE(m_selected, QList<ThreadButton*>({m_owned.at(4).get()}));
+        QVERIFY(!m_overview->isVisible());
+    }
+
+    void theTabKeyGoesThroughEveryTile()
+    {
+        open(makeButtons(2));
+        show();
+        tile(0, 0)->setFocus();
+        QStringList names;
+        for (int i = 0; i < 6; ++i) {
+            const auto* const button = qobject_cast<QPushButton*>(QApplication::focusWidget());
+            names.append(button ? button->accessibleName() : QString());
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        QCOMPARE(names, QStringList({"Name 0", "Close", "Terminate", "Name 1", "Close", "Terminate"}));
+    }
+
     void anOverviewMayBeDeletedWhenItHasFinished()
     {
         open(makeButtons(1));

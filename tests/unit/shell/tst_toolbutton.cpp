@@ -198,7 +198,7 @@ private slots:
         QCOMPARE(focused != unfocused, framed);
         QCOMPARE(focused.copy(4, 4, 51, 51), unfocused.copy(4, 4, 51, 51));
         if (framed) {
-            QCOMPARE(boundsOf(focused, button->palette().color(QPalette::Highlight)), QRect(1, 1, 56, 56));
+            QCOMPARE(boundsOf(focused, QColor(focusColor)), QRect(1, 1, 56, 56));
         }
         button->setDown(true); // filled to the edge
         QVERIFY(isFilled(paintedAlone(button), QRect(0, 0, 58, 5), Qt::lightGray));

@@ -1,0 +1,46 @@
+#include "shell/keyboard.h"
+
+#include <QAbstractButton>
+#include <QKeyEvent>
+
+namespace shell {
+
+bool pressWithEnter(QWidget* widget, const QKeyEvent& event)
+{
+    if (event.key() != Qt::Key_Enter && event.key() != Qt::Key_Return)
+        return false;
+    auto* const button = qobject_cast<QAbstractButton*>(widget);
+    if (button && !event.isAutoRepeat())
+        button->click();
+    return true;
+}
+
+bool isArrowKey(const QKeyEvent& event)
+{
+    switch (event.key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool isReachable(const QWidget* widget)
+{
+    return widget->isVisible() && widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus);
+}
+
+QWidget* firstReachable(QWidget* window)
+{
+    for (QWidget* widget = window->nextInFocusChain(); widget != window;
+         widget = widget->nextInFocusChain()) {
+        if (isReachable(widget) && window->isAncestorOf(widget))
+            return widget;
+    }
+    return nullptr;
+}
+
+} // namespace shell
