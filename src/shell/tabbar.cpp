@@ -385,6 +385,7 @@ void TabBar::updateContents()
     m_panel->setFixedSize(std::max(fit.panelWidth, 0), shell::taskBarHeight);
     m_scrollLimit = fit.scrollLimit;
     m_firstVisible = fit.firstVisible;
+    layout()->setEnabled(false); // else it widens the bar whenever there is too much on the way
     for (int task = 0; task < tasks; ++task) {
         if (fit.scrolls())
             qDebug(fit.shows(task) ? "shown" : "hidden");
@@ -398,6 +399,8 @@ void TabBar::updateContents()
     m_leftArrow->setVisible(fit.scrolls());
     m_rightArrow->setVisible(fit.scrolls());
     updateArrows();
+    layout()->setEnabled(true);
+    layout()->activate();
 }
 
 void TabBar::updateArrows()

@@ -773,6 +773,27 @@ private slots:
         QVERIFY(arrow("rightButton")->isHidden());
     }
 
+    void theBarStaysAsWideAsTheScreenAsTasksComeAndGo()
+    {
+        showActive();
+        const int width = QGuiApplication::primaryScreen()->size().width();
+        const int room = roomFor();
+        const auto isWhole = [&] {
+            return m_bar->width() == width && powerButton()->geometry().right() == width - 1;
+        };
+        for (int i = 0; i < room + 3; ++i) {
+            addTask(0x1000 + i);
+            QVERIFY2(isWhole(), qPrintable(QStringLiteral("%1 tasks: %2").arg(i + 1).arg(m_bar->width())));
+        }
+        arrow("leftButton")->click();
+        arrow("rightButton")->click();
+        QVERIFY(isWhole());
+        for (int i = room + 3; i > 0; --i) {
+            m_bar->removeButton(m_bar->count() - 1);
+            QVERIFY2(isWhole(), qPrintable(QStringLiteral("%1 tasks: %2").arg(i - 1).arg(m_bar->width())));
+        }
+    }
+
     void aNewTaskIsSelectedBeforeTheTasksAreFitted()
     {
         const int width = QApplication::primaryScreen()->geometry().width();
