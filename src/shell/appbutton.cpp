@@ -86,6 +86,7 @@ void AppButton::paintIcon(QPainter& painter) const
         return;
     const QRect place(QPoint(iconFirst + m_pressedOffset, iconFirst + m_pressedOffset),
                       QPoint(iconLast - m_pressedOffset, iconLast - m_pressedOffset));
+    painter.setRenderHint(QPainter::SmoothPixmapTransform); // the place is a pixel larger than the picture
     if (!m_hovered) {
         painter.drawPixmap(place, pixmap);
         return;

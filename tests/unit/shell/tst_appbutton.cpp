@@ -340,6 +340,20 @@ private slots:
         QCOMPARE(look(button), before);
     }
 
+    void theIconIsScaledSmoothly()
+    {
+        const QIcon picture(QStringLiteral(":/icons/applications/kwrite.png"));
+        AppButton* const button = tool(picture, "x");
+        QImage expected(74, 112, QImage::Format_RGB32);
+        expected.fill(ground);
+        {
+            QPainter painter(&expected);
+            painter.setRenderHint(QPainter::SmoothPixmapTransform);
+            painter.drawPixmap(QRect(QPoint(5, 5), QPoint(69, 69)), picture.pixmap(64, 64));
+        }
+        QCOMPARE(look(button).copy(0, 0, 74, 75), expected.copy(0, 0, 74, 75));
+    }
+
     void whileHoveredTheIconIsTinted_data()
     {
         QTest::addColumn<bool>("pressed");
@@ -360,6 +374,7 @@ private slots:
         expected.fill(ground);
         {
             QPainter painter(&expected);
+            painter.setRenderHint(QPainter::SmoothPixmapTransform);
             QGraphicsScene scene;
             auto* const item = new QGraphicsPixmapItem(picture.pixmap(64 - 2 * p, 64 - 2 * p));
             auto* const effect = new QGraphicsColorizeEffect;
