@@ -3,11 +3,13 @@
 # to build.
 
 .DEFAULT_GOAL := help
-.PHONY: help run test test-native bench windows format format-check lint icons catalogue clean
+.PHONY: help run preview screenshots test test-native bench windows format format-check lint icons catalogue clean
 
 help:
 	@echo "make run          build the shell and start it under Wine, with a stand-in server (SERVER=none: without one;"
 	@echo "                  HEADLESS=1: no display, take a screenshot)"
+	@echo "make preview      open a page of the shell natively: PAGE=launcher; without PAGE: list them"
+	@echo "make screenshots  a picture of every page in every state: build/screenshots"
 	@echo "make test         every test: native with sanitizers, for Windows under Wine, whole stories"
 	@echo "make test-native  the native tests only: the quick loop"
 	@echo "make bench        what things cost, beside the bare calls"
@@ -23,6 +25,18 @@ run:
 	@tools/build native twserver
 	@tools/build windows dist asuser logwait listwindows standin-wtsapi32
 	@SERVER=$(SERVER) tools/run
+
+preview:
+	@echo "make preview: building for Linux (1 minute from scratch; 2 the first time)"
+	@tools/setup build preview
+	@tools/build native preview
+	@tools/preview $(PAGE)
+
+screenshots:
+	@echo "make screenshots: building for Linux and taking pictures (2 minutes from scratch; 3 the first time)"
+	@tools/setup build preview
+	@tools/build native preview
+	@tools/preview --screenshots
 
 test:
 	@echo "make test: building for Linux and Windows and running every test (3 minutes from scratch; 17 the first time)"
