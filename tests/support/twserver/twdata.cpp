@@ -121,7 +121,8 @@ QByteArray TwData::reply(const QByteArray& request, QByteArray* command) const
     const QString argument = QString::fromUtf8(request.mid(word.size()));
     if (word == byteArrayPrefix + "get_application_icon?")
         return framed(applications.value(argument).icon);
-    return answer(QString::fromLatin1(word), argument).toUtf8();
+    const QByteArray text = answer(QString::fromLatin1(word), argument).toUtf8();
+    return text.isEmpty() ? QByteArray("\n") : text; // who asked waits until something comes
 }
 
 const TwData::User* TwData::user(const QString& name) const
