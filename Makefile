@@ -23,7 +23,7 @@ run:
 	@echo "make run: building the shell and starting it under Wine (1 minute from scratch; 15 minutes the first time)"
 	@tools/setup build windows wine
 	@tools/build native twserver
-	@tools/build windows dist asuser logwait listwindows standin-wtsapi32
+	@tools/build windows dist asuser logwait listwindows stacking standin-wtsapi32
 	@SERVER=$(SERVER) tools/run
 
 preview:

@@ -15,9 +15,9 @@
 //   --end MS             it ends by itself, so long after the start
 //   --exit CODE          its exit code (0)
 //   --evidence FILE      the account is appended to this file, a line for each:
-//                          started, argument TEXT (each that is no option), window HANDLE TITLE, pointer X Y,
-//                          click X Y, double click X Y (the last three on the screen), retitled TEXT,
-//                          close asked, answered yes|no|cancel, quit asked (a WM_QUIT from outside),
+//                          started, argument TEXT (each that is no option), window HANDLE TITLE, typed C,
+//                          pointer X Y, click X Y, double click X Y (the last three on the screen), retitled
+//                          TEXT, close asked, answered yes|no|cancel, quit asked (a WM_QUIT from outside),
 //                          session ends, ended CODE (missing when it was killed)
 //
 // The lines of a file beside the program that has its name and ".options" for ".exe" come before what stands
@@ -136,6 +136,9 @@ LRESULT CALLBACK handleMessage(HWND window, UINT message, WPARAM wParam, LPARAM 
     case WM_ENDSESSION:
         if (wParam)
             tell(L"session ends");
+        return 0;
+    case WM_CHAR:
+        tell(L"typed " + std::wstring(1, static_cast<wchar_t>(wParam)));
         return 0;
     case WM_MOUSEMOVE:
         tellPointer(L"pointer", window, lParam);

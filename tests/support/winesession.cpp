@@ -1,5 +1,7 @@
 #include "support/winesession.h"
 
+#include "support/screencursor.h"
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -34,7 +36,8 @@ WineSession::WineSession(const QString& story, int width, int height)
                                            "\"$WINEDLLOVERRIDES\" ready; exec cat >/dev/null");
     m_session.start(root() + QStringLiteral("/tools/wine-session"),
                     {"--size", text(m_screen), "--room", text(m_screen.expandedTo(room)), "--libraries",
-                     tools() + QStringLiteral("/standins"), "sh", "-c", command});
+                     tools() + QStringLiteral("/standins"), "--stacking",
+                     tools() + QStringLiteral("/stacking.exe"), "sh", "-c", command});
     QByteArray output;
     while (!output.endsWith("ready\n") && m_session.waitForReadyRead(120000))
         output += m_session.readAllStandardOutput();
@@ -75,6 +78,11 @@ QString WineSession::dist()
 QString WineSession::tools()
 {
     return root() + QStringLiteral("/build/windows/tests");
+}
+
+QString WineSession::evidence()
+{
+    return root() + QStringLiteral("/build/e2e");
 }
 
 QString WineSession::home() const
@@ -266,6 +274,20 @@ bool WineSession::poke(const WineWindow& window, const QString& action, const QS
     return run(QStringLiteral("pokewindow"), {QString::number(window.handle), action, text}) == 0;
 }
 
+bool WineSession::startWatching(QProcess& watcher)
+{
+    start(watcher, tools() + QStringLiteral("/watchwindows.exe"));
+    return watcher.waitForReadyRead(patience) && watcher.readLine().trimmed() == "watching";
+}
+
+QStringList WineSession::stopWatching(QProcess& watcher)
+{
+    killProgram(QStringLiteral("watchwindows.exe"));
+    watcher.waitForFinished(patience);
+    const QString output = QString::fromUtf8(watcher.readAllStandardOutput()).remove(QLatin1Char('\r'));
+    return output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
 void WineSession::moveTo(int x, int y)
 {
     xdotool({"mousemove", QString::number(x), QString::number(y)});
@@ -300,17 +322,28 @@ void WineSession::xdotool(const QStringList& arguments)
     process.waitForFinished(patience);
 }
 
-QImage WineSession::screenshot(const QString& name)
+QImage WineSession::screen() const
 {
-    const QString folder = root() + QStringLiteral("/build/e2e");
-    QDir().mkpath(folder);
-    const QString file = QStringLiteral("%1/%2-%3.png").arg(folder, m_story, name);
     QProcess process;
     process.setProcessEnvironment(m_environment);
     process.start(QStringLiteral("import"),
-                  {"-window", "root", "-crop", text(m_screen) + QStringLiteral("+0+0"), "+repage", file});
+                  {"-window", "root", "-crop", text(m_screen) + QStringLiteral("+0+0"), "+repage", "-depth",
+                   "8", "ppm:-"});
     process.waitForFinished(patience);
-    return QImage(file);
+    return QImage::fromData(process.readAllStandardOutput(), "PPM");
+}
+
+QImage WineSession::screenshot(const QString& name)
+{
+    QDir().mkpath(evidence());
+    const QImage picture = screen();
+    picture.save(QStringLiteral("%1/%2-%3.png").arg(evidence(), m_story, name));
+    return picture;
+}
+
+QImage WineSession::cursor() const
+{
+    return screenCursor(m_environment.value(QStringLiteral("DISPLAY")));
 }
 
 QImage WineSession::screenshotWith(const QString& name, int x, int y, const QColor& colour)

@@ -34,9 +34,10 @@ public:
     bool isRunning() const;
     QString error() const;
 
-    // The folder of the product, and of the helper programs, as paths of this machine.
+    // The folder of the product, of the helper programs, and of the evidence, as paths of this machine.
     static QString dist();
     static QString tools();
+    static QString evidence();
 
     // The Windows user's home folder and its C: drive, as paths of this machine.
     QString home() const;
@@ -69,6 +70,7 @@ public:
     // so many times at once. False when nobody waited for a minute.
     bool playSessionEvent(const QString& event, int times = 1);
 
+    QSize screenSize() const { return m_screen; }
     // Gives the screen another size while everything runs, one of the usual (800x600, 1024x768, 1280x720,
     // 1280x1024, 1600x1200, ...) up to 1920x1200; false when it did not take it.
     bool resizeScreen(int width, int height);
@@ -96,12 +98,21 @@ public:
     void click(int x, int y, int button = 1);
     void doubleClick(int x, int y);
 
+    // Starts to watch windows come, go and move, until stopWatching() says what did: "shown", "hidden" or
+    // "moved", program, handle and title, separated by tabs.
+    bool startWatching(QProcess& watcher);
+    QStringList stopWatching(QProcess& watcher);
+
     // Types on the keyboard: text, or one key by its X11 name ("Return", "Escape", "alt+F4").
     void type(const QString& text);
     void press(const QString& key);
 
-    // What the screen shows; also kept as build/e2e/STORY-NAME.png.
+    // What the screen shows, without the mouse cursor; screenshot() also keeps it as
+    // build/e2e/STORY-NAME.png.
+    QImage screen() const;
     QImage screenshot(const QString& name);
+    // The picture of the mouse cursor.
+    QImage cursor() const;
     // Takes pictures until one shows this colour at (x, y), for a minute at most: a window that is in front
     // need not have been painted yet. Returns the last.
     QImage screenshotWith(const QString& name, int x, int y, const QColor& colour);
