@@ -46,10 +46,10 @@ private slots:
         row("get_application_name?winemine", "winemine");
         row("get_application_display_name?winemine", "Minesweeper");
         row("get_application_exec_path?winemine", "%windir%\\system32\\winemine.exe");
-        row("get_application_arguments?winemine", "");
+        row("get_application_arguments?winemine", "\n"); // who asked waits until something comes
         row("get_application_onlyone?winemine", "1");
         row("get_application_onlyone?notepad", "0");
-        row("get_preferred_server?winemine&0.5", "");
+        row("get_preferred_server?winemine&0.5", "here");
         row("get_application_name?none", "Error: unknown application");
         row("get_server_address?here", "127.0.0.1");
         row("get_server_type?here", "windows");
