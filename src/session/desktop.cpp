@@ -52,7 +52,7 @@ QIcon defaultIcon()
 
 void fitPage(QWidget* page)
 {
-    if (page->isMaximized()) // as every window that is brought to the front
+    if (page->isMaximized()) // by somebody else
         page->setWindowState(page->windowState() & ~Qt::WindowMaximized);
     page->setFixedSize(pageSize());
     page->move(0, 0);
@@ -66,6 +66,18 @@ void keepQuestionInFront()
         box->raise();
         box->activateWindow();
     }
+}
+
+// Windows of applications are maximised; a page stays in its place.
+void bringToFront(const ThreadButton& button)
+{
+    QWidget* const page = button.widget();
+    if (!page) {
+        winapi::bringWindowToFront(button.windowId(), false);
+        return;
+    }
+    fitPage(page);
+    winapi::raiseWindow(button.windowId());
 }
 
 } // namespace
@@ -241,11 +253,9 @@ void Desktop::setSelected(int index)
     setThreadWidgetName(index);
     qDebug("Setting selected index: %d, window: %d, ", button->index(), static_cast<int>(window));
     setThreadWidgetTitle(window);
-    winapi::bringWindowToFront(window, false);
-    if (QWidget* const page = button->widget()) {
+    bringToFront(*button);
+    if (button->widget())
         m_tabBar->setCurrentThreadText(button->taskText()); // also of a page without a window of its own
-        fitPage(page);
-    }
     keepQuestionInFront();
 }
 
@@ -281,7 +291,7 @@ void Desktop::mapWindow(qlonglong window)
         attachWindow(window, processId);
     } else {
         m_tabBar->setCurrentIndex(index);
-        winapi::bringWindowToFront(window, false);
+        bringToFront(*m_tabBar->buttonAt(index));
     }
     setThreadWidgetTitle(window);
     setThreadWidgetName(index);

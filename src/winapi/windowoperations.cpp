@@ -57,13 +57,18 @@ bool isApplicationWindow(qlonglong window)
     return (style & (WS_POPUP | WS_BORDER | WS_SYSMENU)) && !(extendedStyle & WS_EX_TOOLWINDOW);
 }
 
-void bringWindowToFront(qlonglong window, bool force)
+void raiseWindow(qlonglong window)
 {
     const HWND handle = toHandle<HWND>(window);
     ShowWindow(handle, IsIconic(handle) ? SW_RESTORE : SW_SHOW);
     BringWindowToTop(handle);
+}
+
+void bringWindowToFront(qlonglong window, bool force)
+{
+    raiseWindow(window);
     if (force || !env::standardWindowManager())
-        ShowWindow(handle, SW_MAXIMIZE);
+        ShowWindow(toHandle<HWND>(window), SW_MAXIMIZE);
 }
 
 // A message to no window would go to this thread's own queue.

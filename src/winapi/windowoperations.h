@@ -17,8 +17,11 @@ namespace winapi {
 // or with a border, a system menu or the style of a popup, and no tool window.
 bool isApplicationWindow(qlonglong window);
 
-// Shows the window, restored when it is minimised, above all others. Maximises it too, unless the site asks
-// for the standard window-manager behaviour (env::standardWindowManager()); `force` maximises it in any case.
+// Shows the window, restored when it is minimised, above all others.
+void raiseWindow(qlonglong window);
+
+// The same. Maximises it too, unless the site asks for the standard window-manager behaviour
+// (env::standardWindowManager()); `force` maximises it in any case.
 void bringWindowToFront(qlonglong window, bool force);
 
 // Asks the window to close, as its close box would: it may refuse, or ask the user.

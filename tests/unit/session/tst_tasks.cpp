@@ -532,6 +532,18 @@ private slots:
         QCOMPARE(watcher.hides, 0);
     }
 
+    void aPageIsNeverMaximised()
+    {
+        startShell();
+        desktop().mapWidget(shell().fileManager());
+        desktop().mapWindow(static_cast<qlonglong>(shell().fileManager()->winId())); // as the tracker tells
+        bar().refresh();
+        QCOMPARE(current(), 1);
+        QVERIFY(
+            windowCalls().filter(QRegularExpression(QStringLiteral("ShowWindow\\(\\w+, 3\\)"))).isEmpty());
+        QCOMPARE(placeOf(shell().fileManager()), QRect(QPoint(0, 0), session::desktopSize() - QSize(0, 42)));
+    }
+
     void aMaximisedPageGoesBackToItsPlace()
     {
         startShell();
