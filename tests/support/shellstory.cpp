@@ -293,7 +293,7 @@ bool ShellStory::waitForColour(const QColor& colour) const
 WineWindow ShellStory::front()
 {
     for (const WineWindow& window : m_session.windowList()) {
-        if (window.program != shellProgram || window.frame != bar())
+        if (window.program != shellProgram || window.frame.top() != bar().top())
             return window;
     }
     return {};
