@@ -197,8 +197,9 @@ QStringList ShellStory::debug() const
 QStringList ShellStory::warnings() const
 {
     static const QRegularExpression form(QStringLiteral("^(warning|critical|fatal): "));
-    // Wine has no pictures for message boxes.
-    return debug().filter(form).filter(QRegularExpression(QStringLiteral("^(?!.*HICON)")));
+    // Wine has no pictures for message boxes, and a window may be gone when its picture is taken.
+    static const QRegularExpression others(QStringLiteral("^(?!.*(HICON|GetDIBits\\(\\) failed))"));
+    return debug().filter(form).filter(others);
 }
 
 QStringList ShellStory::startsAndEnds() const
