@@ -80,12 +80,14 @@ void Menu::setLogo()
 void Menu::buildGrid()
 {
     createGrid();
+    m_grid->setEnabled(false); // every button that is shown would lay all cells out
     addSpacers();
     m_widgets.removeAll(nullptr);
     for (QWidget* const widget : std::as_const(m_widgets)) {
         if (!putIntoGrid(widget))
             widget->hide();
     }
+    m_grid->setEnabled(true);
 }
 
 void Menu::createGrid()
