@@ -22,16 +22,19 @@ double percentile(std::vector<double> times, double share)
 
 } // namespace
 
-Figures measure(int runs, const std::function<void()>& ours, const std::function<void()>& bare)
+Figures measure(int runs, const std::function<void()>& ours, const std::function<void()>& bare,
+                const std::function<void()>& after)
 {
     for (int i = 0; i < runs / 20 + 1; ++i) {
         ours();
         bare();
+        after();
     }
     Figures figures;
     for (int i = 0; i < runs; ++i) {
         figures.ours.push_back(timeOf(ours));
         figures.bare.push_back(timeOf(bare));
+        after();
     }
     return figures;
 }

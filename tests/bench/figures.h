@@ -11,8 +11,10 @@ struct Figures
     std::vector<double> bare;
 };
 
-// Runs both `runs` times, a few of each uncounted first.
-Figures measure(int runs, const std::function<void()>& ours, const std::function<void()>& bare);
+// Runs both `runs` times, a few of each uncounted first; `after` each pair comes what is not counted.
+Figures measure(
+    int runs, const std::function<void()>& ours, const std::function<void()>& bare,
+    const std::function<void()>& after = [] {});
 
 void printHeader();
 // One line: median and 99th percentile of each, and the ratio of the medians.
