@@ -33,7 +33,7 @@ preview:
 	@tools/preview $(PAGE)
 
 screenshots:
-	@echo "make screenshots: building for Linux and taking pictures (2 minutes from scratch; 3 the first time)"
+	@echo "make screenshots: building for Linux and taking pictures (3 minutes from scratch; 4 the first time)"
 	@tools/setup build preview
 	@tools/build native preview
 	@tools/preview --screenshots

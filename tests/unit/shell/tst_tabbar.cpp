@@ -108,9 +108,16 @@ class TabBarTest : public QuilletTest
     {
         m_bar->resize(QGuiApplication::primaryScreen()->size() - QSize(0, 42));
         m_bar->show();
+        activate();
+        m_bar->buttonAt(0)->setFocus();
+    }
+
+    // A page that is selected takes the activation on Windows.
+    void activate()
+    {
         m_bar->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_bar.get()));
-        m_bar->buttonAt(0)->setFocus();
+        QCoreApplication::processEvents();
     }
 
     // What has the focus, one after the other, until it is where it was.
@@ -980,14 +987,17 @@ private slots:
         QCOMPARE(FocusFrame::isShownOn(third), keyboard);
         // The current one, after which the last selected one is current: there is none at its position.
         m_bar->setCurrentIndex(0);
+        activate();
         m_bar->buttonAt(3)->setFocus(reason);
         m_bar->removeButton(3);
+        activate();
         QVERIFY(m_bar->buttonAt(0)->hasFocus());
         QCOMPARE(FocusFrame::isShownOn(m_bar->buttonAt(0)), keyboard);
         // The close button, which pages do not have.
         m_bar->setCurrentIndex(3);
         panel()->findChild<QPushButton*>()->setFocus(reason);
         m_bar->setCurrentIndex(1);
+        activate();
         QVERIFY(m_bar->buttonAt(1)->hasFocus());
         QCOMPARE(FocusFrame::isShownOn(m_bar->buttonAt(1)), keyboard);
         // The last task, closed by its close button: not the log-off button beside it.
@@ -995,6 +1005,7 @@ private slots:
         panel()->findChild<QPushButton*>()->setFocus(reason);
         m_bar->removeButton(3);
         m_bar->setCurrentIndex(0);
+        activate();
         QVERIFY(m_bar->buttonAt(0)->hasFocus());
     }
 
@@ -1027,11 +1038,11 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(window));
         field.setFocus();
         QTest::keyClick(&field, Qt::Key_F6);
-        QTRY_VERIFY(m_bar->isActiveWindow());
+        QTRY_COMPARE(QApplication::activeWindow(), m_bar.get()); // Windows may be ahead of Qt
         QCOMPARE(QApplication::focusWidget(), m_bar->buttonAt(page));
         QVERIFY(FocusFrame::isShownOn(m_bar->buttonAt(page)));
         QTest::keyClick(m_bar->buttonAt(page), Qt::Key_F6);
-        QTRY_VERIFY(window->isActiveWindow());
+        QTRY_COMPARE(QApplication::activeWindow(), window);
         QCOMPARE(QApplication::focusWidget(), &field);
     }
 
