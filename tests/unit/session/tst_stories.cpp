@@ -296,18 +296,15 @@ private slots:
         });
     }
 
-    void asManyQuestionsAsWantedEndTheSessionOnce()
+    void theEndIsAskedAboutOnceHoweverOftenItIsWanted()
     {
         startShellWithLooks();
         attach(QStringLiteral("letter"));
-        answers().expectDialog("QMessageBox", [=](QWidget* outer) {
-            QTimer::singleShot(0, [=] {
-                auto* const inner = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-                QVERIFY(inner && inner != outer);
-                inner->button(QMessageBox::No)->click();
-            });
-            desktop().exitApp();
-            qobject_cast<QMessageBox*>(outer)->button(QMessageBox::No)->click();
+        answers().expectDialog("QMessageBox", [=](QWidget* box) {
+            for (int i = 0; i < 5; ++i)
+                desktop().exitApp(); // another box would be one that nobody expects
+            QCOMPARE(QApplication::activeModalWidget(), box);
+            qobject_cast<QMessageBox*>(box)->button(QMessageBox::No)->click();
         });
         desktop().exitApp();
         QVERIFY(!shell().bar() || !shell().bar()->isVisible());
