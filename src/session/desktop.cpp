@@ -304,9 +304,11 @@ void Desktop::attachWindow(qlonglong window, quint32 processId)
     qDebug("Attaching window %s (desktop size: %dx%d)", qUtf8Printable(winapi::windowTitle(window)),
            size.width(), size.height());
     winapi::bringWindowToFront(window, false);
-    const QIcon icon = m_launchIcon.isNull() ? defaultIcon() : m_launchIcon;
-    auto* const button = new ThreadButton(nullptr, ThreadButton::WindowButton, icon.pixmap(launchIconSize),
-                                          m_launchName, m_launchName, window, processId, 0); // the task bar's
+    if (m_launchIcon.isNull())
+        m_launchIcon = defaultIcon(); // kept: each new one would leave a picture in Qt's cache
+    auto* const button =
+        new ThreadButton(nullptr, ThreadButton::WindowButton, m_launchIcon.pixmap(launchIconSize),
+                         m_launchName, m_launchName, window, processId, 0); // the task bar's
     m_tabBar->addButton(button);
     connect(button, SIGNAL(threadButtonClicked(qlonglong)), this, SLOT(mapWindow(qlonglong)));
     session::showReady(); // the launch has produced its window

@@ -66,6 +66,13 @@ private:
     bool m_painted = false;
 };
 
+// What is to be deleted waits for an event loop, and there is none here.
+void deletePosted()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+}
+
 // --- The launcher
 
 bool fillLauncher(const QStringList& ids, TWClient* client)
@@ -96,10 +103,6 @@ bool fillPlainly(const QStringList& ids, TWClient* client)
 bool measureLauncher(const char* road, const QStringList& known, TWClient* client, int most)
 {
     bool right = !known.isEmpty();
-    const auto deletePosted = [] {
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCoreApplication::processEvents();
-    };
     for (const int number : {smallNumber, largeNumber}) {
         if (number > most)
             continue;
@@ -203,7 +206,7 @@ bool measureTasks()
                   [&] {
                       desktop.unmapWindow(second);
                       plainButton.reset();
-                      QCoreApplication::processEvents();
+                      deletePosted();
                   }));
 
     desktop.mapWindow(second);

@@ -97,6 +97,14 @@ private slots:
         QCOMPARE(bar().buttonAt(3)->name(), QString());
     }
 
+    void windowsOfTheSameLaunchShareTheirPicture()
+    {
+        startShell();
+        attach(QStringLiteral("letter"));
+        attach(QStringLiteral("another"));
+        QCOMPARE(bar().buttonAt(4)->picture().cacheKey(), bar().buttonAt(3)->picture().cacheKey());
+    }
+
     void theTimerRunsOnWhenTheWindowHasCome()
     {
         addProbe();
