@@ -120,7 +120,7 @@ private slots:
         const QStringList firstDay = {
             QStringLiteral("Info: Calling manager"),
             QStringLiteral("Info: Starting session with user '%1'").arg(QString(name)),
-            QStringLiteral("Info: Session started")};
+            QStringLiteral("Info: Session started"), QStringLiteral("Info: Valid applications: ")};
         QCOMPARE(log(session), firstDay);
 
         QProcess shell;
