@@ -189,17 +189,26 @@ private:
         });
     }
 
-    bool letWindowsComeAndGo()
+    bool letWindowsComeAndGo() const
     {
         bool followed = true;
         for (int round = 0; round < rounds && followed; ++round) {
-            m_windows->setVisible(false);
-            followed = waitFor([] { return tasks() == 0; }, patience);
+            followed = hideWindows();
             m_windows->setVisible(true);
             followed &= waitFor([] { return tasks() == windows; }, patience);
         }
-        m_windows->setVisible(false);
-        return waitFor([] { return tasks() == 0; }, patience) && followed;
+        return hideWindows() && followed;
+    }
+
+    // When a window goes, the shell shows the one whose turn it is then, even if that was hidden meanwhile.
+    bool hideWindows() const
+    {
+        for (int again = 0; again < patience / settling; ++again) {
+            m_windows->setVisible(false);
+            if (waitFor([] { return tasks() == 0; }, settling))
+                return true;
+        }
+        return false;
     }
 
     static int tasks()
