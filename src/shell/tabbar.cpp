@@ -120,15 +120,17 @@ TabBar::TabBar()
 
 TabBar::~TabBar()
 {
-    for (QWidget* const page : pages()) {
-        page->close();
-        delete page;
-    }
+    closePages();
+    delete m_launcher;
+    delete m_fileManager;
+    delete m_configuration;
 }
 
-QList<QWidget*> TabBar::pages() const
+void TabBar::closePages()
 {
-    return {m_launcher, m_fileManager, m_configuration};
+    m_launcher->close();
+    m_fileManager->close(); // its own: releases the client's drives
+    m_configuration->close();
 }
 
 void TabBar::addFixedButtons()
@@ -156,7 +158,7 @@ void TabBar::addFixedButtons()
             SIGNAL(launchApplication(AppInstance*)));
     add(m_launcher, ThreadButton::FixedButton, "logo.png", tr("Desktop"), 0);
 
-    m_fileManager = new FileSystemWidget;
+    m_fileManager = new FileSystemWidget(nullptr, false, QString());
     prepare(m_fileManager);
     connect(m_fileManager, SIGNAL(openFile(QString, QString)), this, SIGNAL(openFile(QString, QString)));
     add(m_fileManager, ThreadButton::FixedButton, "folder-docs.png", tr("Places"),
@@ -177,6 +179,7 @@ void TabBar::fillPages()
     Application::updateValidApplications();
     m_launcher->fill(Application::validApplications(), env::serverClient());
     m_launcher->setLogo();
+    m_fileManager->adjustLayout();
     m_configuration->setFixedSize(m_launcher->size());
 }
 
@@ -529,8 +532,7 @@ void TabBar::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
-    for (QWidget* const page : pages())
-        page->close();
+    closePages();
     QWidget::closeEvent(event);
 }
 

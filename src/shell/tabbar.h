@@ -89,7 +89,7 @@ protected:
 private:
     void addFixedButtons();
     void fillPages();
-    QList<QWidget*> pages() const;
+    void closePages();
     void select(ThreadButton* button);
     int taskCount() const;
     // Shows or hides the task at a position among the tasks; none is ignored.

@@ -1,0 +1,84 @@
+#include "files/filemodel.h"
+
+#include <QElapsedTimer>
+#include <QFileIconProvider>
+
+namespace {
+
+constexpr int lookUpTime = 20;    // ms, between two rounds of the event loop
+constexpr int wantedLimit = 1000; // more than any screen shows
+
+} // namespace
+
+FileModel::FileModel(QObject* parent)
+    : QFileSystemModel(parent)
+{
+    m_lookUp.setSingleShot(true);
+    m_lookUp.setInterval(0);
+    connect(&m_lookUp, SIGNAL(timeout()), this, SLOT(lookUpIcons()));
+    connect(this, SIGNAL(dataChanged(QModelIndex, QModelIndex, QVector<int>)), this,
+            SLOT(forget(QModelIndex, QModelIndex, QVector<int>)));
+    connect(this, SIGNAL(rowsAboutToBeRemoved(QModelIndex, int, int)), this,
+            SLOT(forgetRows(QModelIndex, int, int)));
+    connect(this, SIGNAL(rootPathChanged(QString)), this, SLOT(forgetAll()));
+}
+
+QVariant FileModel::data(const QModelIndex& index, int role) const
+{
+    if (role == Qt::DecorationRole && index.isValid() && index.column() == 0)
+        return icon(index);
+    return QFileSystemModel::data(index, role);
+}
+
+QVariant FileModel::icon(const QModelIndex& index) const
+{
+    if (isDir(index))
+        return iconProvider()->icon(QFileIconProvider::Folder);
+    const QString path = filePath(index);
+    const auto known = m_icons.constFind(path);
+    if (known != m_icons.constEnd())
+        return *known;
+    m_wanted.removeOne(path);
+    m_wanted.append(path);
+    if (m_wanted.size() > wantedLimit)
+        m_wanted.removeFirst(); // painting it again asks again
+    if (!m_lookUp.isActive())
+        m_lookUp.start();
+    return iconProvider()->icon(QFileIconProvider::File);
+}
+
+void FileModel::lookUpIcons()
+{
+    QElapsedTimer time;
+    time.start();
+    while (!m_wanted.isEmpty() && time.elapsed() < lookUpTime) {
+        const QString path = m_wanted.takeLast();
+        const QModelIndex entry = index(path);
+        if (!entry.isValid() || isDir(entry))
+            continue;
+        m_icons.insert(path, iconProvider()->icon(fileInfo(entry)));
+        emit dataChanged(entry, entry, {Qt::DecorationRole});
+    }
+    if (!m_wanted.isEmpty())
+        m_lookUp.start();
+}
+
+void FileModel::forget(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QVector<int>& roles)
+{
+    if (m_icons.isEmpty() || roles == QVector<int>{Qt::DecorationRole}) // an icon that was just found
+        return;
+    for (int row = topLeft.row(); row <= bottomRight.row(); ++row)
+        m_icons.remove(filePath(topLeft.sibling(row, 0)));
+}
+
+void FileModel::forgetRows(const QModelIndex& parent, int first, int last)
+{
+    if (!m_icons.isEmpty())
+        forget(index(first, 0, parent), index(last, 0, parent), {});
+}
+
+void FileModel::forgetAll()
+{
+    m_icons.clear();
+    m_wanted.clear();
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QFileSystemModel>
+#include <QHash>
+#include <QIcon>
+#include <QStringList>
+#include <QTimer>
+
+// The file manager's model of a folder. It lists folders without asking for icons: an icon is asked for, on
+// the GUI thread and a few at a time, once a view has painted the entry, and is remembered until the entry
+// changes. Until then a file shows the picture for files without an application. GUI thread, like every
+// model.
+class FileModel : public QFileSystemModel
+{
+    Q_OBJECT
+
+public:
+    explicit FileModel(QObject* parent = nullptr);
+
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+
+private slots:
+    // Looks up what was painted last, for some milliseconds.
+    void lookUpIcons();
+    void forget(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QVector<int>& roles);
+    void forgetRows(const QModelIndex& parent, int first, int last);
+    void forgetAll();
+
+private:
+    QVariant icon(const QModelIndex& index) const;
+
+    mutable QHash<QString, QIcon> m_icons; // by path
+    mutable QStringList m_wanted;          // paths, the last painted last
+    mutable QTimer m_lookUp;
+};
