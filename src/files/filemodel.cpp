@@ -8,11 +8,27 @@ namespace {
 constexpr int lookUpTime = 20;    // ms, between two rounds of the event loop
 constexpr int wantedLimit = 1000; // more than any screen shows
 
+// What the model beneath is given, which asks it on any of its threads.
+class NoIcons : public QFileIconProvider
+{
+public:
+    QIcon icon(IconType) const override { return QIcon(); }
+    QIcon icon(const QFileInfo&) const override { return QIcon(); }
+};
+
+QFileIconProvider* noIcons()
+{
+    static NoIcons provider; // outlives every model
+    return &provider;
+}
+
 } // namespace
 
-FileModel::FileModel(QObject* parent)
+FileModel::FileModel(const QFileIconProvider* icons, QObject* parent)
     : QFileSystemModel(parent)
+    , m_provider(icons)
 {
+    setIconProvider(noIcons());
     m_lookUp.setSingleShot(true);
     m_lookUp.setInterval(0);
     connect(&m_lookUp, SIGNAL(timeout()), this, SLOT(lookUpIcons()));
@@ -33,7 +49,7 @@ QVariant FileModel::data(const QModelIndex& index, int role) const
 QVariant FileModel::icon(const QModelIndex& index) const
 {
     if (isDir(index))
-        return iconProvider()->icon(QFileIconProvider::Folder);
+        return m_provider->icon(QFileIconProvider::Folder);
     const QString path = filePath(index);
     const auto known = m_icons.constFind(path);
     if (known != m_icons.constEnd())
@@ -44,7 +60,7 @@ QVariant FileModel::icon(const QModelIndex& index) const
         m_wanted.removeFirst(); // painting it again asks again
     if (!m_lookUp.isActive())
         m_lookUp.start();
-    return iconProvider()->icon(QFileIconProvider::File);
+    return m_provider->icon(QFileIconProvider::File);
 }
 
 void FileModel::lookUpIcons()
@@ -56,7 +72,7 @@ void FileModel::lookUpIcons()
         const QModelIndex entry = index(path);
         if (!entry.isValid() || isDir(entry))
             continue;
-        m_icons.insert(path, iconProvider()->icon(fileInfo(entry)));
+        m_icons.insert(path, m_provider->icon(fileInfo(entry)));
         emit dataChanged(entry, entry, {Qt::DecorationRole});
     }
     if (!m_wanted.isEmpty())

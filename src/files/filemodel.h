@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QTimer>
 
+class QFileIconProvider;
+
 // The file manager's model of a folder. It lists folders without asking for icons: an icon is asked for, on
 // the GUI thread and a few at a time, once a view has painted the entry, and is remembered until the entry
 // changes. Until then a file shows the picture for files without an application. GUI thread, like every
@@ -15,7 +17,8 @@ class FileModel : public QFileSystemModel
     Q_OBJECT
 
 public:
-    explicit FileModel(QObject* parent = nullptr);
+    // `icons` stays its owner's, and must outlive the model.
+    explicit FileModel(const QFileIconProvider* icons, QObject* parent = nullptr);
 
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
@@ -29,6 +32,7 @@ private slots:
 private:
     QVariant icon(const QModelIndex& index) const;
 
+    const QFileIconProvider* const m_provider;
     mutable QHash<QString, QIcon> m_icons; // by path
     mutable QStringList m_wanted;          // paths, the last painted last
     mutable QTimer m_lookUp;

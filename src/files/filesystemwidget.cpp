@@ -75,7 +75,7 @@ FileSystemWidget::FileSystemWidget(QWidget* parent, bool noDriveManager, const Q
 
 FileSystemWidget::~FileSystemWidget()
 {
-    delete m_model; // before the provider, which its thread may ask
+    delete m_model; // before the provider
 }
 
 void FileSystemWidget::setUpViews()
@@ -92,6 +92,7 @@ void FileSystemWidget::setUpViews()
     m_form.iconView->setGridSize(gridSize);
     m_form.iconView->setResizeMode(QListView::Adjust);
     m_form.iconView->setMovement(QListView::Snap);
+    m_form.iconView->setWordWrap(true); // long names differ at their ends
     m_form.iconView->setItemDelegate(new IconDelegate(gridSize, m_form.iconView));
 }
 
@@ -191,9 +192,8 @@ void FileSystemWidget::rebuildModel()
         m_iconProvider = std::make_unique<FileIconProvider>();
     }
     FileModel* const old = m_model;
-    m_model = new FileModel; // ours
+    m_model = new FileModel(m_iconProvider.get()); // ours
     m_model->setResolveSymlinks(false);
-    m_model->setIconProvider(m_iconProvider.get());
     m_form.listView->setModel(m_model);
     m_form.iconView->setModel(m_model);
     m_form.listView->reset();

@@ -5,6 +5,7 @@
 #include "winapi/remoteclientmanager.h"
 
 #include <QDir>
+#include <QListView>
 #include <QStandardItemModel>
 
 namespace {
@@ -79,7 +80,7 @@ void FileSystemWidget::placesDoubleClicked(const QModelIndex& index)
     const QString shown = rootPath();
     rebuildModel();
     setPlaceIndex(index);
-    if (rootPath().isEmpty()) // the place is gone: what was in view comes back
+    if (!m_form.iconView->rootIndex().isValid()) // the place is gone: what was in view comes back
         enter(shown);
 }
 

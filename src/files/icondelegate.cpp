@@ -9,3 +9,21 @@ QSize IconDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) co
 {
     return m_cell;
 }
+
+QString IconDelegate::displayText(const QVariant& value, const QLocale& locale) const
+{
+    constexpr QChar breakAllowed(0x200B); // has no width
+    QString text = QStyledItemDelegate::displayText(value, locale);
+    for (int i = text.size() - 1; i >= 0; --i) {
+        if (text.at(i) == QLatin1Char('_') || text.at(i) == QLatin1Char('-') ||
+            text.at(i) == QLatin1Char('.'))
+            text.insert(i + 1, breakAllowed);
+    }
+    return text;
+}
+
+void IconDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    option->displayAlignment = Qt::AlignHCenter | Qt::AlignTop;
+}

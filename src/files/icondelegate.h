@@ -2,8 +2,8 @@
 
 #include <QStyledItemDelegate>
 
-// Paints the entries of the icon view, all in cells of one size: a view that lays out a large folder asks for
-// every entry's size, which would otherwise ask for every entry's icon.
+// Paints the entries of the icon view, names below their icons, all in cells of one size: a view that lays
+// out a large folder asks for every entry's size, which would otherwise ask for every entry's icon.
 class IconDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -13,6 +13,11 @@ public:
     IconDelegate(const QSize& cell, QObject* parent);
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    // Lines may break after punctuation, which is all that many file names have.
+    QString displayText(const QVariant& value, const QLocale& locale) const override;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 
 private:
     const QSize m_cell;

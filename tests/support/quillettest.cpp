@@ -28,8 +28,7 @@ Messages& messages()
 // What the offscreen platform, Wine and Qt for Windows cannot do, and say so.
 bool isHarmless(const QString& warning)
 {
-    return warning.contains(QLatin1String("propagateSizeHints")) ||
-           warning == QLatin1String("This plugin does not support raise()") ||
+    return warning.startsWith(QLatin1String("This plugin does not support")) ||
            // pictures of Wine's for message boxes
            warning.startsWith(QLatin1String("QPixmap::fromWinHICON(), failed to GetIconInfo()")) ||
            // a picture of a window that is gone

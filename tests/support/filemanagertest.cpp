@@ -1,0 +1,139 @@
+#include "support/filemanagertest.h"
+
+#include <QDir>
+#include <QFileSystemModel>
+#include <QLabel>
+#include <QLineEdit>
+#include <QtTest>
+
+void FileManagerTest::init()
+{
+    QuilletTest::init();
+    m_answers = std::make_unique<ModalAnswerer>();
+    QDir().mkpath(folder());
+    startManager(true, folder());
+}
+
+void FileManagerTest::cleanup()
+{
+    const QStringList problems = m_answers->problems();
+    m_answers.reset();
+    m_manager.reset();
+    QuilletTest::cleanup();
+    QVERIFY2(problems.isEmpty(), qPrintable(problems.join('\n')));
+}
+
+void FileManagerTest::startManager(bool noDriveManager, const QString& startPath)
+{
+    m_manager.reset();
+    m_manager = std::make_unique<FileSystemWidget>(nullptr, noDriveManager, startPath);
+    m_manager->resize(1024, 726);
+    m_manager->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_manager.get()));
+}
+
+QString FileManagerTest::folder()
+{
+    return sandbox().scratch() + QStringLiteral("/folder");
+}
+
+void FileManagerTest::addFile(const QString& name, const QByteArray& content)
+{
+    QDir().mkpath(QFileInfo(path(name)).path());
+    Sandbox::writeFile(path(name), content);
+}
+
+void FileManagerTest::addFolder(const QString& name)
+{
+    QVERIFY(QDir().mkpath(path(name)));
+}
+
+bool FileManagerTest::exists(const QString& name)
+{
+    const QFileInfo info(path(name));
+    return info.exists() || info.isSymLink();
+}
+
+QFileSystemModel* FileManagerTest::model()
+{
+    return qobject_cast<QFileSystemModel*>(icons()->model());
+}
+
+QString FileManagerTest::rootPath()
+{
+    return model()->rootPath();
+}
+
+QString FileManagerTest::address()
+{
+    return find<QLineEdit>("addressLineEdit")->text();
+}
+
+QString FileManagerTest::status()
+{
+    return find<QLabel>("fileInfo")->text();
+}
+
+bool FileManagerTest::isLoaded()
+{
+    return QTest::qWaitFor([this] { return status().startsWith(QLatin1String("Finished")); });
+}
+
+void FileManagerTest::select(const QString& name)
+{
+    // A row of the folder: the model gives an index for any path that is there, listed or not.
+    const auto row = [this, &name] {
+        const QModelIndex root = icons()->rootIndex();
+        for (int i = 0; i < model()->rowCount(root); ++i) {
+            const QModelIndex index = model()->index(i, 0, root);
+            if (model()->filePath(index) == path(name))
+                return index;
+        }
+        return QModelIndex();
+    };
+    QTRY_VERIFY(row().isValid());
+    activate();
+    QAbstractItemView* view = icons();
+    if (list()->isVisible())
+        view = list();
+    QItemSelectionModel::SelectionFlags flags = QItemSelectionModel::ClearAndSelect;
+    if (list()->isVisible())
+        flags |= QItemSelectionModel::Rows;
+    view->selectionModel()->setCurrentIndex(row(), flags);
+    view->setFocus();
+}
+
+void FileManagerTest::activate()
+{
+    m_manager->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_manager.get()));
+}
+
+QStringList FileManagerTest::selected()
+{
+    QStringList names;
+    const QItemSelectionModel* const selection =
+        list()->isVisible() ? list()->selectionModel() : icons()->selectionModel();
+    for (const QModelIndex& index : selection->selectedIndexes()) {
+        if (index.column() == 0)
+            names.append(index.data().toString());
+    }
+    return names;
+}
+
+void FileManagerTest::enter(const QString& path)
+{
+    manager().setIndex(model()->index(path));
+    QVERIFY(isLoaded());
+}
+
+QStringList FileManagerTest::enabled()
+{
+    QStringList names;
+    for (const char* const name : {"upButton", "renameButton", "newFolderButton", "cutButton", "copyButton",
+                                   "pasteButton", "removeButton", "listViewButton", "iconViewButton"}) {
+        if (button(name)->isEnabled())
+            names.append(QString::fromLatin1(name).remove(QStringLiteral("Button")));
+    }
+    return names;
+}

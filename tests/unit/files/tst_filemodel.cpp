@@ -1,0 +1,207 @@
+#include "files/filemodel.h"
+
+#include "files/icondelegate.h"
+#include "support/quillettest.h"
+
+#include <QDir>
+#include <QFileIconProvider>
+#include <QListView>
+#include <QPainter>
+#include <QSignalSpy>
+#include <QThread>
+#include <QtTest>
+
+#include <atomic>
+
+namespace {
+
+// Remembers for which files it was asked, and on which thread.
+class AskedProvider : public QFileIconProvider
+{
+public:
+    QIcon icon(IconType type) const override { return colored(type == Folder ? Qt::blue : Qt::white); }
+    QIcon icon(const QFileInfo& info) const override
+    {
+        isElsewhere = isElsewhere || QThread::currentThread() != qApp->thread();
+        asked.append(info.fileName());
+        return colored(Qt::red);
+    }
+
+    static QIcon colored(const QColor& color)
+    {
+        QPixmap picture(64, 64);
+        picture.fill(color);
+        return QIcon(picture);
+    }
+
+    mutable QStringList asked;
+    mutable std::atomic<bool> isElsewhere{false};
+};
+
+QColor colorOf(const QVariant& icon)
+{
+    return icon.value<QIcon>().pixmap(16, 16).toImage().pixelColor(8, 8);
+}
+
+} // namespace
+
+class FileModelTest : public QuilletTest
+{
+    Q_OBJECT
+
+    AskedProvider m_provider;
+    std::unique_ptr<FileModel> m_model;
+
+    QString path(const QString& name) { return sandbox().scratch() + QLatin1Char('/') + name; }
+    QModelIndex index(const QString& name) { return m_model->index(path(name)); }
+    QColor color(const QString& name) { return colorOf(index(name).data(Qt::DecorationRole)); }
+    void load(int files)
+    {
+        for (int i = 0; i < files; ++i)
+            Sandbox::writeFile(path(QStringLiteral("f%1.txt").arg(i, 5, 10, QLatin1Char('0'))), "x");
+        QDir().mkpath(path("folder"));
+        QSignalSpy loaded(m_model.get(), SIGNAL(directoryLoaded(QString)));
+        m_model->setRootPath(sandbox().scratch());
+        QVERIFY(loaded.wait(30000));
+        QTRY_COMPARE(m_model->rowCount(m_model->index(sandbox().scratch())), files + 1);
+    }
+
+private slots:
+    void init()
+    {
+        QuilletTest::init();
+        m_provider.asked.clear();
+        m_provider.isElsewhere = false;
+        m_model = std::make_unique<FileModel>(&m_provider);
+    }
+    void cleanup()
+    {
+        m_model.reset();
+        QuilletTest::cleanup();
+    }
+
+    void listingAFolderAsksForNoIcon()
+    {
+        load(100);
+        QTest::qWait(50);
+        QCOMPARE(m_provider.asked, QStringList());
+    }
+
+    void iconsAreAskedForOnThisThreadOnly()
+    {
+        load(100);
+        QListView view;
+        view.setViewMode(QListView::IconMode);
+        view.setGridSize(QSize(128, 128));
+        view.setItemDelegate(new IconDelegate(QSize(128, 128), &view));
+        view.resize(600, 400);
+        view.setModel(m_model.get());
+        view.setRootIndex(m_model->index(sandbox().scratch()));
+        view.show();
+        QTRY_VERIFY(!m_provider.asked.isEmpty());
+        QVERIFY(!m_provider.isElsewhere);
+        QTest::qWait(50);
+        // Those in view, and those that were before the folder was sorted.
+        QVERIFY2(m_provider.asked.size() < 50, qPrintable(m_provider.asked.join(' ')));
+    }
+
+    void anIconComesOnceTheEntryWasAskedFor()
+    {
+        load(3);
+        QSignalSpy changed(m_model.get(), SIGNAL(dataChanged(QModelIndex, QModelIndex, QVector<int>)));
+        QCOMPARE(color("f00001.txt"), QColor(Qt::white));
+        QCOMPARE(m_provider.asked, QStringList()); // not while a view paints
+        QTRY_COMPARE(m_provider.asked, QStringList("f00001.txt"));
+        QCOMPARE(color("f00001.txt"), QColor(Qt::red));
+        QCOMPARE(changed.last().value(0).toModelIndex(), index("f00001.txt"));
+        QCOMPARE(changed.last().value(2).value<QVector<int>>(), QVector<int>{Qt::DecorationRole});
+    }
+
+    void anIconIsRemembered()
+    {
+        load(3);
+        color("f00001.txt");
+        QTRY_COMPARE(m_provider.asked.size(), 1);
+        for (int i = 0; i < 10; ++i)
+            color("f00001.txt");
+        QTest::qWait(50);
+        QCOMPARE(m_provider.asked.size(), 1);
+    }
+
+    void anEntryThatChangesIsAskedForAgain()
+    {
+        load(3);
+        color("f00001.txt");
+        QTRY_COMPARE(m_provider.asked.size(), 1);
+        const QModelIndex entry = index("f00001.txt");
+        emit m_model->dataChanged(entry, entry.sibling(entry.row(), 3)); // as when the file was written
+        QCOMPARE(color("f00001.txt"), QColor(Qt::white));
+        QTRY_COMPARE(m_provider.asked.size(), 2);
+    }
+
+    void anEntryThatGoesIsForgotten()
+    {
+        load(3);
+        color("f00001.txt");
+        QTRY_COMPARE(m_provider.asked.size(), 1);
+        QVERIFY(m_model->remove(index("f00001.txt")));
+        QTRY_VERIFY(!index("f00001.txt").isValid());
+        Sandbox::writeFile(path("f00001.txt"), "another");
+        QTRY_VERIFY(index("f00001.txt").isValid());
+        color("f00001.txt");
+        QTRY_COMPARE(m_provider.asked.size(), 2);
+    }
+
+    void anotherFolderForgetsEverything()
+    {
+        load(3);
+        color("f00001.txt");
+        QTRY_COMPARE(m_provider.asked.size(), 1);
+        m_model->setRootPath(path("folder"));
+        color("f00001.txt");
+        QTRY_COMPARE(m_provider.asked.size(), 2);
+    }
+
+    void foldersNeedNoLookUp()
+    {
+        load(1);
+        QCOMPARE(color("folder"), QColor(Qt::blue));
+        QTest::qWait(50);
+        QCOMPARE(m_provider.asked, QStringList());
+    }
+
+    void otherColumnsAndNoEntryHaveNoIcon()
+    {
+        load(1);
+        const QModelIndex entry = index("f00000.txt");
+        QVERIFY(!entry.sibling(entry.row(), 1).data(Qt::DecorationRole).isValid());
+        QVERIFY(!m_model->data(QModelIndex(), Qt::DecorationRole).isValid());
+        QCOMPARE(entry.data().toString(), QStringLiteral("f00000.txt"));
+        QCOMPARE(m_provider.asked, QStringList());
+    }
+
+    void whatWasPaintedLastIsLookedUpFirst()
+    {
+        load(5);
+        for (int i : {0, 1, 2, 0, 3})
+            color(QStringLiteral("f0000%1.txt").arg(i));
+        QTRY_COMPARE(m_provider.asked.size(), 4);
+        QCOMPARE(m_provider.asked, QStringList({"f00003.txt", "f00000.txt", "f00002.txt", "f00001.txt"}));
+    }
+
+    void aModelThatGoesInTheMiddleWaitsForNobody()
+    {
+        load(2000);
+        for (int i = 0; i < 2000; ++i)
+            color(QStringLiteral("f%1.txt").arg(i, 5, 10, QLatin1Char('0')));
+        QTRY_VERIFY(!m_provider.asked.isEmpty());
+        m_model->setRootPath(QDir::rootPath());
+        m_model = std::make_unique<FileModel>(&m_provider); // the other's thread may be at work
+        const int asked = m_provider.asked.size();
+        QTest::qWait(50);
+        QCOMPARE(m_provider.asked.size(), asked);
+    }
+};
+
+QTEST_MAIN(FileModelTest)
+#include "tst_filemodel.moc"

@@ -1,0 +1,719 @@
+// The file manager: its form, browsing, places and menus.
+#include "support/filemanagertest.h"
+
+#include "files/fileiconprovider.h"
+#include "support/markingtranslator.h"
+#include "support/ownmethods.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QFileSystemModel>
+#include <QFrame>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLayout>
+#include <QLineEdit>
+#include <QMenu>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QSplitter>
+#include <QStandardItemModel>
+#include <QTimer>
+#include <QtTest>
+
+#ifndef Q_OS_WIN
+#include "simwin.h"
+#endif
+
+class FileSystemWidgetTest : public FileManagerTest
+{
+    Q_OBJECT
+
+    // A menu that opens is looked at, and closed.
+    struct Opened
+    {
+        int menus = 0;
+        QStringList texts;
+        QStringList enabled;
+        QPoint place;
+    };
+    template <typename Open>
+    Opened opened(Open open)
+    {
+        Opened seen;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, this, [&] {
+            auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (!menu)
+                return;
+            ++seen.menus;
+            seen.place = menu->pos();
+            for (const QAction* const action : menu->actions()) {
+                seen.texts.append(action->text());
+                if (action->isEnabled())
+                    seen.enabled.append(action->text());
+            }
+            menu->close();
+        });
+        timer.start(1);
+        open();
+        return seen;
+    }
+
+    QStandardItemModel* places()
+    {
+        return qobject_cast<QStandardItemModel*>(find<QListView>("placesView")->model());
+    }
+    QStringList placeNames()
+    {
+        QStringList names;
+        for (int row = 0; row < places()->rowCount(); ++row)
+            names.append(places()->item(row)->text());
+        return names;
+    }
+    QModelIndex place(const QString& name) { return places()->index(placeNames().indexOf(name), 0); }
+#ifndef Q_OS_WIN
+    static bool hasDrive(const char* name)
+    {
+        const auto resources = simwin::networkResources();
+        return std::any_of(resources.begin(), resources.end(),
+                           [name](const auto& resource) { return resource.first == QLatin1String(name); });
+    }
+#endif
+    // A path as the shell writes it: on Windows the test's folder lies in the home folder.
+    static QString shown(const QString& path)
+    {
+        const QString home = QDir::homePath();
+        return path.startsWith(home) ? QStringLiteral("clerk") + path.mid(home.size()) : path;
+    }
+    static QImage image(const QIcon& icon, int size)
+    {
+        return icon.pixmap(size, size).toImage();
+    }
+
+private slots:
+    // --- The form
+
+    void signalsAndSlotsStandInTheirOrder()
+    {
+        QCOMPARE(ownMethods(FileSystemWidget::staticMetaObject),
+                 QStringList({"openFile(QString,QString)",
+                              "openFile(QString)",
+                              "close()",
+                              "setMenu()",
+                              "setNoSelectionMenu()",
+                              "directoryLoaded(QString)",
+                              "menuRequested(QPoint)",
+                              "setIndex(QModelIndex)",
+                              "upButtonPressed()",
+                              "doubleClicked(QModelIndex)",
+                              "mousePressed(QModelIndex)",
+                              "fillPlaces()",
+                              "updatePlaces()",
+                              "insertPlace(QIcon,QString)",
+                              "setPlaceIndex(QModelIndex)",
+                              "placesDoubleClicked(QModelIndex)",
+                              "setHome()",
+                              "showMenu(QModelIndex)",
+                              "showNoSelectionMenu()",
+                              "cutSlot()",
+                              "copySlot()",
+                              "pasteSlot()",
+                              "removeSlot()",
+                              "newFolderSlot()",
+                              "renameSlot()",
+                              "setEnabledButtons()",
+                              "changeView()",
+                              "copyFile()",
+                              "removeFile()",
+                              "renameFile(QString)"}));
+    }
+
+    void theToolRowStandsInItsOrder()
+    {
+        QStringList names;
+        const auto* const row = manager().findChild<QLayout*>(QStringLiteral("horizontalLayout"));
+        for (int i = 0; i < row->count(); ++i)
+            names.append(row->itemAt(i)->widget()->objectName());
+        QCOMPARE(names, QStringList({"upButton", "addressLineEdit", "renameButton", "newFolderButton",
+                                     "cutButton", "copyButton", "pasteButton", "removeButton", "line",
+                                     "listViewButton", "iconViewButton"}));
+        QCOMPARE(manager().layout()->objectName(), QStringLiteral("verticalLayout_2"));
+        QCOMPARE(manager().layout()->itemAt(0)->layout(), row);
+        QCOMPARE(manager().layout()->itemAt(1)->widget(), find<QSplitter>("splitter"));
+    }
+
+    void theSplitterHoldsPlacesAndFolder()
+    {
+        auto* const splitter = find<QSplitter>("splitter");
+        QCOMPARE(splitter->count(), 2);
+        QCOMPARE(splitter->widget(0)->objectName(), QStringLiteral("placesView"));
+        QCOMPARE(splitter->widget(1)->objectName(), QStringLiteral("verticalLayoutWidget"));
+        const QLayout* const layout = splitter->widget(1)->layout();
+        QCOMPARE(layout->objectName(), QStringLiteral("verticalLayout"));
+        QCOMPARE(layout->contentsMargins(), QMargins());
+        QStringList names;
+        for (int i = 0; i < layout->count(); ++i)
+            names.append(layout->itemAt(i)->widget()->objectName());
+        QCOMPARE(names, QStringList({"listView", "iconView", "fileInfo"}));
+    }
+
+    void everyButtonHasItsPictureSizeAndToolTip_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("picture");
+        QTest::addColumn<QString>("toolTip");
+        QTest::addColumn<bool>("isFixed");
+        QTest::newRow("up") << "upButton"
+                            << "up" << QString() << true;
+        QTest::newRow("rename") << "renameButton"
+                                << "rename"
+                                << "Rename" << false;
+        QTest::newRow("new folder") << "newFolderButton"
+                                    << "folder-new"
+                                    << "New folder" << false;
+        QTest::newRow("cut") << "cutButton"
+                             << "cut"
+                             << "Cut" << false;
+        QTest::newRow("copy") << "copyButton"
+                              << "copy"
+                              << "Copy" << false;
+        QTest::newRow("paste") << "pasteButton"
+                               << "paste"
+                               << "Paste" << false;
+        QTest::newRow("remove") << "removeButton"
+                                << "remove"
+                                << "Delete" << false;
+        QTest::newRow("list") << "listViewButton"
+                              << "list-view"
+                              << "List view" << true;
+        QTest::newRow("icons") << "iconViewButton"
+                               << "icon-view"
+                               << "Icon view" << true;
+    }
+    void everyButtonHasItsPictureSizeAndToolTip()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, picture);
+        QFETCH(QString, toolTip);
+        QFETCH(bool, isFixed);
+        const QPushButton* const b = button(qPrintable(name));
+        QVERIFY(b->isFlat());
+        QVERIFY(b->text().isEmpty());
+        QCOMPARE(b->toolTip(), toolTip);
+        QVERIFY(!b->accessibleName().isEmpty());
+        QCOMPARE(b->iconSize(), QSize(40, 40));
+        QCOMPARE(image(b->icon(), 40), image(QIcon(QStringLiteral(":/icons/48x48/%1.png").arg(picture)), 40));
+        if (isFixed)
+            QCOMPARE(b->size(), QSize(48, 48));
+        else
+            QCOMPARE(b->sizePolicy(), QSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed));
+    }
+
+    void theRestOfTheFormIsAsStated()
+    {
+        QCOMPARE(manager().windowTitle(), QStringLiteral("quillet"));
+        const auto* const address_ = find<QLineEdit>("addressLineEdit");
+        QCOMPARE(address_->height(), 28);
+        QVERIFY(address_->isReadOnly());
+        QCOMPARE(address_->font().weight(), 75);
+        QCOMPARE(address_->actions().size(), 1);
+        QCOMPARE(image(address_->actions().first()->icon(), 32),
+                 image(QIcon(QStringLiteral(":/icons/32x32/folder-docs.png")), 32));
+        const auto* const line = find<QFrame>("line");
+        QCOMPARE(line->frameShape(), QFrame::VLine);
+        QCOMPARE(line->frameShadow(), QFrame::Sunken);
+        const auto* const places_ = find<QListView>("placesView");
+        QCOMPARE(places_->iconSize(), QSize(64, 64));
+        QVERIFY(!list()->itemsExpandable());
+        QCOMPARE(list()->iconSize(), QSize(22, 22));
+        QCOMPARE(list()->styleSheet(),
+                 QStringLiteral("QTreeView::branch { border-image: url(nonexistent.png); }"));
+        QVERIFY(list()->isSortingEnabled());
+        QCOMPARE(list()->header()->sortIndicatorOrder(), Qt::AscendingOrder);
+        QCOMPARE(icons()->viewMode(), QListView::IconMode);
+        QCOMPARE(icons()->iconSize(), QSize(64, 64));
+        QCOMPARE(icons()->gridSize(), QSize(128, 128));
+        QCOMPARE(icons()->resizeMode(), QListView::Adjust);
+        QCOMPARE(icons()->movement(), QListView::Snap);
+        QVERIFY(icons()->isVisible());
+        QVERIFY(!list()->isVisible());
+        QVERIFY(!model()->resolveSymlinks());
+        QVERIFY(model()->isReadOnly());
+    }
+
+    void adjustingSharesTheWidth()
+    {
+        manager().adjustLayout();
+        QCOMPARE(list()->columnWidth(0), QGuiApplication::primaryScreen()->geometry().width() / 3);
+        auto* const splitter = find<QSplitter>("splitter");
+        QCOMPARE(splitter->widget(0)->sizePolicy().horizontalStretch(), 1);
+        QCOMPARE(splitter->widget(1)->sizePolicy().horizontalStretch(), 4);
+    }
+
+    void everyTextIsTranslatedInOneContext()
+    {
+        MarkingTranslator translator;
+        QCoreApplication::installTranslator(&translator);
+        startManager(true, folder());
+        QCoreApplication::removeTranslator(&translator);
+        QVERIFY2(button("renameButton")->toolTip().contains(QLatin1String("FileSystemWidget")),
+                 qPrintable(button("renameButton")->toolTip()));
+        QVERIFY(button("upButton")->accessibleName().contains(QLatin1String("FileSystemWidget")));
+    }
+
+    // --- Entering folders
+
+    void withoutAStartPathTheHomeFolderIsShown()
+    {
+        startManager(true, QString());
+        QCOMPARE(rootPath(), QDir::homePath());
+        QCOMPARE(address(), QStringLiteral("clerk"));
+    }
+
+    void enteringShowsTheFolderAndSaysWhenItIsRead()
+    {
+        addFolder("sub");
+        addFile("sub/a.txt");
+        QVERIFY(isLoaded());
+        QTRY_VERIFY(model()->index(path("sub")).isValid());
+        manager().setIndex(model()->index(path("sub")));
+        QCOMPARE(status(), QStringLiteral("Loading folder %1...").arg(shown(path("sub"))));
+        QCOMPARE(rootPath(), path("sub"));
+        QCOMPARE(address(), shown(path("sub")));
+        QCOMPARE(model()->filePath(icons()->rootIndex()), path("sub"));
+        QCOMPARE(model()->filePath(list()->rootIndex()), path("sub"));
+        QTRY_COMPARE(status(), QStringLiteral("Finished loading folder %1").arg(shown(path("sub"))));
+        QTRY_COMPARE(model()->rowCount(icons()->rootIndex()), 1);
+    }
+
+    void pathsBelowHomeAreShownByTheUsersName()
+    {
+        QVERIFY(QDir().mkpath(QDir::homePath() + QStringLiteral("/quillet test")));
+        enter(QDir::homePath() + QStringLiteral("/quillet test"));
+        QCOMPARE(address(), QStringLiteral("clerk/quillet test"));
+        QCOMPARE(status(), QStringLiteral("Finished loading folder clerk/quillet test"));
+        QDir().rmdir(QDir::homePath() + QStringLiteral("/quillet test"));
+    }
+
+    void enteringTheFolderThatIsShownFinishesToo()
+    {
+        QVERIFY(isLoaded());
+        enter(folder());
+        QCOMPARE(status(), QStringLiteral("Finished loading folder %1").arg(shown(folder())));
+        addFile("a.txt");
+        select("a.txt");
+        QVERIFY(button("copyButton")->isEnabled()); // the selection is still followed
+    }
+
+    void enteringClearsTheSelection()
+    {
+        addFile("a.txt");
+        addFolder("sub");
+        select("a.txt");
+        enter(path("sub"));
+        QVERIFY(selected().isEmpty());
+        QCOMPARE(enabled(), QStringList({"up", "newFolder", "listView"}));
+    }
+
+    void aFolderThatIsNotThereIsNotEntered()
+    {
+        QVERIFY(isLoaded());
+        manager().setIndex(QModelIndex());
+        manager().setIndex(model()->index(path("nowhere")));
+        QCOMPARE(rootPath(), folder());
+        QCOMPARE(status(), QStringLiteral("Finished loading folder %1").arg(shown(folder())));
+    }
+
+    void aFolderThatVanishesWhileShownIsLeftByUp()
+    {
+        addFile("sub/a.txt");
+        enter(path("sub"));
+        select("sub/a.txt");
+        QVERIFY(QDir(path("sub")).removeRecursively());
+        manager().doubleClicked(model()->index(path("sub/a.txt")));
+        press("copyButton");
+        press("upButton");
+        QCOMPARE(rootPath(), folder());
+        QVERIFY(isLoaded());
+    }
+
+    void selectionIsFollowedOncePerChange()
+    {
+        addFile("a.txt");
+        addFile("b.txt");
+        for (int i = 0; i < 5; ++i)
+            enter(folder()); // hooks would pile up
+        struct : QObject
+        {
+            int changes = 0;
+            bool eventFilter(QObject*, QEvent* event) override
+            {
+                changes += event->type() == QEvent::EnabledChange;
+                return false;
+            }
+        } watcher;
+        button("copyButton")->installEventFilter(&watcher);
+        select("a.txt");
+        QCOMPARE(watcher.changes, 1);
+    }
+
+    void aDoubleClickEntersFoldersAndOpensFiles()
+    {
+        addFolder("sub");
+        addFile("a.txt");
+        select("a.txt");
+        QSignalSpy opened(&manager(), SIGNAL(openFile(QString, QString)));
+        manager().doubleClicked(model()->index(path("a.txt")));
+        QCOMPARE(opened.size(), 1);
+        QCOMPARE(opened.first().value(0).toString(), path("a.txt"));
+        QVERIFY(opened.first().value(1).toString().isNull());
+        manager().doubleClicked(model()->index(path("sub")));
+        QCOMPARE(rootPath(), path("sub"));
+        manager().doubleClicked(QModelIndex());
+        QCOMPARE(rootPath(), path("sub"));
+        QCOMPARE(opened.size(), 1);
+    }
+
+    void aDoubleClickWithTheMouseReachesTheFile()
+    {
+        addFile("a.txt");
+        QSignalSpy opened(&manager(), SIGNAL(openFile(QString, QString)));
+        for (const bool isList : {false, true}) {
+            if (isList)
+                press("listViewButton");
+            select("a.txt");
+            QAbstractItemView* view = icons();
+            if (isList)
+                view = list();
+            QTest::qWait(20); // the layout
+            const QPoint at = view->visualRect(model()->index(path("a.txt"))).center();
+            QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+            QTest::mouseDClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+            QCOMPARE(opened.size(), isList ? 2 : 1);
+        }
+    }
+
+#ifndef Q_OS_WIN // where links need rights
+    void aDoubleClickOnALinkLeadsHome_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::newRow("to a folder") << "sub";
+        QTest::newRow("to a file") << "a.txt";
+        QTest::newRow("to nothing") << "nothing";
+    }
+    void aDoubleClickOnALinkLeadsHome()
+    {
+        QFETCH(QString, target);
+        addFolder("sub");
+        addFile("a.txt");
+        QVERIFY(QFile::link(path(target), path("link")));
+        QSignalSpy opened(&manager(), SIGNAL(openFile(QString, QString)));
+        QVERIFY(isLoaded());
+        manager().doubleClicked(model()->index(path("link")));
+        if (target == QLatin1String("nothing") && rootPath() == folder())
+            QSKIP("the model does not show a link that leads nowhere");
+        QCOMPARE(rootPath(), QDir::homePath());
+        QVERIFY(opened.isEmpty());
+    }
+#endif
+
+    // --- Up
+
+    void upLeadsToTheParentInANewModel()
+    {
+        addFolder("sub");
+        enter(path("sub"));
+        const QPointer<QFileSystemModel> before(model());
+        press("upButton");
+        QCOMPARE(rootPath(), folder());
+        QVERIFY(!before);
+        QVERIFY(isLoaded());
+        QCOMPARE(icons()->model(), list()->model());
+    }
+
+    void upStopsAtHome()
+    {
+        manager().setHome();
+        QVERIFY(isLoaded());
+        const QFileSystemModel* const before = model();
+        press("upButton");
+        QCOMPARE(rootPath(), QDir::homePath());
+        QCOMPARE(model(), before);
+    }
+
+    void upFromTheTopOfTheFileSystemStays()
+    {
+        enter(QDir::rootPath());
+        press("upButton");
+        QVERIFY(!rootPath().isEmpty());
+    }
+
+    // --- Views
+
+    void theViewButtonsSwitchTheViews()
+    {
+        QCOMPARE(enabled(), QStringList({"up", "newFolder", "listView"}));
+        press("listViewButton");
+        QVERIFY(list()->isVisible());
+        QVERIFY(!icons()->isVisible());
+        QCOMPARE(enabled(), QStringList({"up", "newFolder", "iconView"}));
+        press("iconViewButton");
+        QVERIFY(icons()->isVisible());
+        QVERIFY(!list()->isVisible());
+        QCOMPARE(enabled(), QStringList({"up", "newFolder", "listView"}));
+    }
+
+    void theSelectionFollowsTheViews()
+    {
+        addFile("a.txt");
+        addFile("b.txt");
+        select("b.txt");
+        press("listViewButton");
+        QCOMPARE(selected(), QStringList("b.txt"));
+        select("a.txt");
+        press("iconViewButton");
+        QCOMPARE(selected(), QStringList("a.txt"));
+        QVERIFY(button("copyButton")->isEnabled());
+    }
+
+    // --- Enabling
+
+    void buttonsAndMenusFollowTheSelection()
+    {
+        addFile("a.txt");
+        QVERIFY(isLoaded());
+        QCOMPARE(enabled(), QStringList({"up", "newFolder", "listView"}));
+        select("a.txt");
+        QCOMPARE(enabled(), QStringList({"up", "rename", "newFolder", "cut", "copy", "remove", "listView"}));
+        QCOMPARE(opened([this] { manager().showMenu(QModelIndex()); }).enabled,
+                 QStringList({"&Rename", "Cu&t", "&Copy", "&Delete"}));
+        icons()->clearSelection();
+        QCOMPARE(enabled(), QStringList({"up", "newFolder", "listView"}));
+        QCOMPARE(opened([this] { manager().showMenu(QModelIndex()); }).enabled, QStringList());
+    }
+
+    void pastingIsEnabledWhileSomethingIsHeld()
+    {
+        addFile("a.txt");
+        addFolder("sub");
+        QCOMPARE(opened([this] { manager().showNoSelectionMenu(); }).enabled, QStringList("&New folder"));
+        select("a.txt");
+        press("copyButton");
+        QVERIFY(button("pasteButton")->isEnabled());
+        enter(path("sub")); // what is held survives
+        QCOMPARE(enabled(), QStringList({"up", "newFolder", "paste", "listView"}));
+        press("upButton");
+        QVERIFY(button("pasteButton")->isEnabled()); // a new model too
+        QCOMPARE(opened([this] { manager().showNoSelectionMenu(); }).enabled,
+                 QStringList({"&New folder", "&Paste"}));
+    }
+
+    // --- Menus
+
+    void theMenusHoldTheirEntriesAndOpenAtTheCursor()
+    {
+        const Opened selection = opened([this] { manager().showMenu(QModelIndex()); });
+        QCOMPARE(selection.menus, 1);
+        QCOMPARE(selection.texts, QStringList({"&Rename", "Cu&t", "&Copy", "&Delete"}));
+        const Opened none = opened([this] { manager().showNoSelectionMenu(); });
+        QCOMPARE(none.texts, QStringList({"&New folder", "&Paste"}));
+        for (const QMenu* const menu : manager().findChildren<QMenu*>()) {
+            for (const QAction* const action : menu->actions())
+                QVERIFY2(!action->icon().pixmap(32, 32).isNull(), qPrintable(action->text()));
+        }
+    }
+
+    void theMenusPicturesAreTheirs_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("picture");
+        QTest::newRow("rename") << "&Rename"
+                                << "rename";
+        QTest::newRow("cut") << "Cu&t"
+                             << "cut";
+        QTest::newRow("copy") << "&Copy"
+                              << "copy";
+        QTest::newRow("delete") << "&Delete"
+                                << "remove";
+        QTest::newRow("new folder") << "&New folder"
+                                    << "folder-new";
+        QTest::newRow("paste") << "&Paste"
+                               << "paste";
+    }
+    void theMenusPicturesAreTheirs()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, picture);
+        bool found = false;
+        for (const QMenu* const menu : manager().findChildren<QMenu*>()) {
+            for (const QAction* const action : menu->actions()) {
+                if (action->text() != text)
+                    continue;
+                found = true;
+                QCOMPARE(image(action->icon(), 32),
+                         image(QIcon(QStringLiteral(":/icons/32x32/%1.png").arg(picture)), 32));
+            }
+        }
+        QVERIFY(found);
+    }
+
+    void theNoSelectionMenuOpensOnEmptySpaceOfTheViewInSight()
+    {
+        addFile("a.txt");
+        for (const bool isList : {false, true}) {
+            if (isList)
+                press("listViewButton");
+            select("a.txt");
+            QTest::qWait(20); // the layout
+            QAbstractItemView* view = icons();
+            if (isList)
+                view = list();
+            const QPoint item = view->visualRect(model()->index(path("a.txt"))).center();
+            const QPoint empty(view->viewport()->width() - 5, view->viewport()->height() - 5);
+            QCOMPARE(opened([&] { manager().menuRequested(item); }).menus, 0);
+            QCOMPARE(opened([&] { manager().menuRequested(empty); }).texts,
+                     QStringList({"&New folder", "&Paste"}));
+        }
+    }
+
+    void theSelectionMenuOpensForTheRightMouseButtonAlone()
+    {
+        addFile("a.txt");
+        select("a.txt");
+        QTest::qWait(20); // the layout
+        const QPoint item = icons()->visualRect(model()->index(path("a.txt"))).center();
+        QCOMPARE(opened([&] { QTest::mousePress(icons()->viewport(), Qt::LeftButton, {}, item); }).menus, 0);
+        QTest::mouseRelease(icons()->viewport(), Qt::LeftButton, {}, item);
+        QCOMPARE(opened([&] { QTest::mousePress(icons()->viewport(), Qt::RightButton, {}, item); }).texts,
+                 QStringList({"&Rename", "Cu&t", "&Copy", "&Delete"}));
+        QTest::mouseRelease(icons()->viewport(), Qt::RightButton, {}, item);
+    }
+
+    // --- Places
+
+    void withoutDrivesAndCloudFoldersThereIsTheHomeAlone()
+    {
+        QCOMPARE(placeNames(), QStringList("clerk"));
+        const QStandardItem* const item = places()->item(0);
+        QVERIFY(!item->isEditable());
+        QCOMPARE(item->font().weight(), 75);
+        QCOMPARE(image(item->icon(), 64), image(QIcon(QStringLiteral(":/icons/64x64/folder-home.png")), 64));
+    }
+
+    void cloudFoldersAreListedWhenTheyAreThere()
+    {
+        const QString dropbox = QDir::homePath() + QStringLiteral("/Dropbox");
+        const QString drive = QDir::homePath() + QStringLiteral("/Google Drive");
+        QVERIFY(QDir().mkpath(dropbox));
+        QVERIFY(QDir().mkpath(drive));
+        QCOMPARE(placeNames(), QStringList("clerk")); // until the list is made anew
+        manager().updatePlaces();
+        QCOMPARE(placeNames(), QStringList({"clerk", "Dropbox", "Google Drive"}));
+        QCOMPARE(image(places()->item(1)->icon(), 64),
+                 image(QIcon(QStringLiteral(":/icons/applications/dropbox.png")), 64));
+        QCOMPARE(image(places()->item(2)->icon(), 64),
+                 image(QIcon(QStringLiteral(":/icons/applications/google-drive.png")), 64));
+        manager().placesDoubleClicked(place("Dropbox"));
+        QCOMPARE(rootPath(), dropbox);
+        manager().placesDoubleClicked(place("Google Drive"));
+        QCOMPARE(rootPath(), drive);
+        QVERIFY(isLoaded());
+        QDir().rmdir(drive);
+        manager().placesDoubleClicked(place("Google Drive")); // gone, and what was shown comes back if it can
+        QDir().rmdir(dropbox);
+    }
+
+    void aPlaceIsEnteredInANewModel()
+    {
+        const QPointer<QFileSystemModel> before(model());
+        manager().placesDoubleClicked(place("clerk"));
+        QVERIFY(!before);
+        QCOMPARE(rootPath(), QDir::homePath());
+        QVERIFY(isLoaded());
+    }
+
+    void aClickOnAPlaceIsEnough()
+    {
+        auto* const view = find<QListView>("placesView");
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(place("clerk")).center());
+        QCOMPARE(rootPath(), QDir::homePath());
+        QVERIFY(isLoaded());
+    }
+
+    void aPlaceThatIsNoneLeavesTheFolderInView()
+    {
+        manager().insertPlace(QIcon(), QStringLiteral("LOCAL > gone"));
+        manager().placesDoubleClicked(place("LOCAL > gone"));
+        QCOMPARE(rootPath(), folder());
+        manager().placesDoubleClicked(QModelIndex());
+        QCOMPARE(rootPath(), folder());
+        manager().setPlaceIndex(QModelIndex());
+        QCOMPARE(rootPath(), folder());
+        QVERIFY(isLoaded());
+    }
+
+    void aUserCalledDropboxGoesToTheDropboxFolder()
+    {
+        sandbox().setVariable("USERNAME", "Dropbox");
+        const QString dropbox = QDir::homePath() + QStringLiteral("/Dropbox");
+        QVERIFY(QDir().mkpath(dropbox));
+        manager().updatePlaces();
+        QCOMPARE(placeNames(), QStringList({"Dropbox", "Dropbox"}));
+        manager().setPlaceIndex(places()->index(0, 0));
+        QCOMPARE(rootPath(), dropbox);
+        QVERIFY(isLoaded());
+        manager().setHome();
+        QDir().rmdir(dropbox);
+    }
+
+    void insertedPlacesComeLast()
+    {
+        manager().insertPlace(QIcon(), QStringLiteral("one"));
+        manager().insertPlace(QIcon(), QStringLiteral("two"));
+        QCOMPARE(placeNames(), QStringList({"clerk", "one", "two"}));
+        manager().updatePlaces();
+        QCOMPARE(placeNames(), QStringList("clerk"));
+    }
+
+    void aNewListOfPlacesIsNotShown()
+    {
+        const QStandardItemModel* const before = places();
+        manager().insertPlace(QIcon(), QStringLiteral("one"));
+        manager().fillPlaces();
+        QCOMPARE(places(), before);
+        QCOMPARE(placeNames(), QStringList({"clerk", "one"}));
+    }
+
+#ifndef Q_OS_WIN
+    // --- The client's drives
+
+    void drivesComeFourSecondsLater()
+    {
+        simwin::addNetworkResource(QStringLiteral("\\\\TSCLIENT\\stick"));
+        startManager(false, QString());
+        QTest::qWait(3500);
+        QCOMPARE(placeNames(), QStringList("clerk"));
+        QTRY_COMPARE(placeNames(), QStringList({"clerk", "LOCAL > stick"}));
+        QCOMPARE(image(places()->item(1)->icon(), 64),
+                 image(QIcon(QStringLiteral(":/icons/64x64/folder.png")), 64));
+        QVERIFY(hasDrive("E:"));
+        manager().close();
+        QVERIFY(!hasDrive("E:"));
+        QVERIFY(!manager().isVisible());
+        manager().close(); // nothing more to give back
+    }
+
+    void withoutADriveManagerNothingIsLookedFor()
+    {
+        simwin::addNetworkResource(QStringLiteral("\\\\TSCLIENT\\stick"));
+        startManager(true, QString());
+        QTest::qWait(4500);
+        QCOMPARE(placeNames(), QStringList("clerk"));
+    }
+#endif
+};
+
+QTEST_MAIN(FileSystemWidgetTest)
+#include "tst_filesystemwidget.moc"
