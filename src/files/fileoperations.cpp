@@ -33,6 +33,20 @@ QString canonicalPath(const QString& path)
     return QFileInfo(path).canonicalFilePath();
 }
 
+// What the canonical paths of a folder's entries begin with.
+QString beginningWithin(const QString& folder)
+{
+    return folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+}
+
+// Both canonical.
+bool isSameOrBelow(const QString& path, const QString& folder)
+{
+    if (path.isEmpty() || folder.isEmpty())
+        return false;
+    return path.compare(folder, pathCase) == 0 || path.startsWith(beginningWithin(folder), pathCase);
+}
+
 // Whether it leads nobody knows where: following it might never end.
 bool isObscure(const QString& path)
 {
@@ -57,15 +71,44 @@ bool isShortcut(const QFileInfo& info)
 #endif
 }
 
-bool isFolder(const QFileInfo& info)
-{
-    return info.isDir() && !isShortcut(info);
-}
-
 // A folder that is emptied or descended into; links are neither.
 bool isRealFolder(const QFileInfo& info)
 {
     return info.isDir() && !isLink(info);
+}
+
+int countEntries(const QString& path, const Progress& progress)
+{
+    if (!isRealFolder(QFileInfo(path)) || progress.isCancelled())
+        return 1;
+    int count = 1;
+    const QStringList names = entries(path);
+    for (const QString& name : names)
+        count += countEntries(entryPath(path, name), progress);
+    return count;
+}
+
+// To Windows, a link to a folder is one.
+bool removeEmptied(const QString& path, const QFileInfo& info)
+{
+    return (!isRealFolder(info) && QFile::remove(path)) || QDir().rmdir(path);
+}
+
+// Removes a file, a link or an empty folder.
+bool removeSingle(const QString& path)
+{
+    const QFileInfo info(path);
+    bool removed = removeEmptied(path, info);
+#ifdef Q_OS_WIN
+    // Nothing that is read-only is removed there.
+    const QFile::Permissions permissions = QFile::permissions(path);
+    if (!removed && QFile::setPermissions(path, permissions | QFile::WriteUser)) {
+        removed = removeEmptied(path, info);
+        if (!removed)
+            QFile::setPermissions(path, permissions);
+    }
+#endif
+    return removed;
 }
 
 // One copy, from its start to its end.
@@ -81,8 +124,7 @@ public:
         if (m_progress->isCancelled())
             return false;
         m_progress->beginEntry(source);
-        const bool succeeded =
-            isFolder(QFileInfo(source)) ? copyFolder(source, target) : copySingle(source, target);
+        const bool succeeded = isFolder(source) ? copyFolder(source, target) : copySingle(source, target);
         m_progress->endEntry();
         return succeeded;
     }
@@ -90,16 +132,19 @@ public:
     // Folders that others put something into meanwhile stay.
     void undo()
     {
-        while (!m_written.isEmpty()) {
-            const QString path = m_written.takeLast();
-            if (isRealFolder(QFileInfo(path)))
-                QDir().rmdir(path);
-            else
-                QFile::remove(path);
-        }
+        while (!m_written.isEmpty())
+            removeSingle(m_written.takeLast());
     }
 
 private:
+    // Its canonical path. Within a folder only links need to be asked for it.
+    QString placeOf(const QFileInfo& folder) const
+    {
+        if (m_open.isEmpty() || isLink(folder))
+            return folder.canonicalFilePath();
+        return beginningWithin(m_open.last()) + folder.fileName();
+    }
+
     bool copySingle(const QString& source, const QString& target)
     {
         if (!copyFile(source, target))
@@ -110,15 +155,14 @@ private:
 
     bool copyFolder(const QString& source, const QString& target)
     {
-        const QString place = canonicalPath(source);
-        if (m_open.contains(place, pathCase) || isObscure(source))
+        const QString place = placeOf(QFileInfo(source));
+        if (m_open.contains(place, pathCase) || isSameOrBelow(place, m_target) || isObscure(source))
             return true;
-        QDir parent(target);
-        if (!parent.cdUp() || !parent.mkdir(QFileInfo(target).fileName()))
+        if (!QDir().mkdir(target))
             return false;
         m_written.append(target);
-        if (m_open.isEmpty())
-            m_open.append(canonicalPath(target));
+        if (m_target.isEmpty())
+            m_target = canonicalPath(target);
         m_open.append(place);
         const QStringList names = entries(source);
         bool succeeded = true;
@@ -129,7 +173,8 @@ private:
     }
 
     Progress* const m_progress;
-    QStringList m_open;    // the target, and the folders from the source down to where we are
+    QString m_target;      // the topmost folder written, canonical
+    QStringList m_open;    // the folders from the source down to where we are, canonical
     QStringList m_written; // in order
 };
 
@@ -188,45 +233,43 @@ bool isLink(const QFileInfo& info)
 
 bool isFolder(const QString& path)
 {
-    return !path.isEmpty() && isFolder(QFileInfo(path));
+    const QFileInfo info(path);
+    return isReachable(path) && info.isDir() && !isShortcut(info);
 }
 
 bool isWithin(const QString& path, const QString& folder)
 {
-    const QString inner = canonicalPath(path);
-    QString outer = canonicalPath(folder);
-    if (inner.isEmpty() || outer.isEmpty())
-        return false;
-    if (inner.compare(outer, pathCase) == 0)
-        return true;
-    if (!outer.endsWith(QLatin1Char('/')))
-        outer += QLatin1Char('/');
-    return inner.startsWith(outer, pathCase);
+    return isSameOrBelow(canonicalPath(path), canonicalPath(folder));
 }
 
-int countEntries(const QString& path)
+bool isReachable(const QString& path)
 {
-    int count = 1;
-    if (path.isEmpty() || !isRealFolder(QFileInfo(path)))
-        return count;
-    const QStringList names = entries(path);
-    for (const QString& name : names)
-        count += countEntries(entryPath(path, name));
-    return count;
+    if (path.isEmpty())
+        return false;
+#ifdef Q_OS_WIN
+    // Windows takes dots and blanks off the end of a name; Qt gives one blank back.
+    const QStringList names = QDir::fromNativeSeparators(path).split(QLatin1Char('/'));
+    for (const QString& name : names) {
+        const QString rest = name.endsWith(QLatin1Char(' ')) ? name.left(name.size() - 1) : name;
+        if (rest.endsWith(QLatin1Char(' ')) || rest.endsWith(QLatin1Char('.')))
+            return false;
+    }
+#endif
+    return true;
 }
 
 // --- Copies
 
 bool copyFile(const QString& source, const QString& target)
 {
-    return !source.isEmpty() && !target.isEmpty() && QFile::copy(source, target);
+    return isReachable(source) && isReachable(target) && QFile::copy(source, target);
 }
 
 bool copyTree(const QString& source, const QString& target, Progress* progress)
 {
-    if (source.isEmpty() || target.isEmpty())
+    if (!isReachable(source) || !isReachable(target))
         return false;
-    progress->begin(countEntries(source));
+    progress->begin(countEntries(source, *progress));
     TreeCopy copy(progress);
     const bool succeeded = copy.copy(source, target);
     if (!succeeded && progress->isCancelled())
@@ -238,29 +281,18 @@ bool copyTree(const QString& source, const QString& target, Progress* progress)
 
 namespace {
 
-bool removeSingle(const QString& path, const QFileInfo& info)
-{
-    if (QFile::remove(path))
-        return true;
-    if (isLink(info))
-        return QDir().rmdir(path); // to Windows, a link to a folder is one
-    // Windows removes no file that is read-only.
-    return QFile::setPermissions(path, QFile::permissions(path) | QFile::WriteUser) && QFile::remove(path);
-}
-
 bool removeEntry(const QString& path, Progress* progress)
 {
+    // Windows would take another one for it.
+    if (!isReachable(path))
+        return false;
     progress->beginEntry(path);
-    const QFileInfo info(path);
-    bool removed = true;
-    if (isRealFolder(info)) {
+    if (isRealFolder(QFileInfo(path))) {
         const QStringList names = entries(path);
         for (const QString& name : names)
-            removed = removeEntry(entryPath(path, name), progress) && removed;
-        removed = removed && QDir().rmdir(path);
-    } else {
-        removed = removeSingle(path, info);
+            removeEntry(entryPath(path, name), progress);
     }
+    const bool removed = removeSingle(path); // a folder only when it is empty
     progress->endEntry();
     return removed;
 }
@@ -269,9 +301,9 @@ bool removeEntry(const QString& path, Progress* progress)
 
 bool removeTree(const QString& path, Progress* progress)
 {
-    if (path.isEmpty())
+    if (!isReachable(path))
         return false;
-    progress->begin(countEntries(path));
+    progress->begin(countEntries(path, *progress));
     return removeEntry(path, progress);
 }
 

@@ -1,6 +1,6 @@
 // What the file manager does to files and folders: functions that act on paths and ask nobody. They block as
-// long as they take, and may run on any thread. A path is absolute, with "/" or the system's separator; an
-// empty one is never acted on. Links, and junctions on Windows, are never followed by a removal.
+// long as they take, and may run on any thread. A path is absolute, with "/" or the system's separator; one
+// that is not reachable is never acted on. Links, and junctions on Windows, are never followed by a removal.
 #pragma once
 
 #include <QMutex>
@@ -41,6 +41,10 @@ private:
 // The path of an entry of a folder, with the system's separator in between.
 QString entryPath(const QString& folder, const QString& name);
 
+// Whether the system takes the path for the one that it names. It does not take an empty one, and Windows
+// takes "a." and "a  ", which other systems may have put there, for "a" and "a ".
+bool isReachable(const QString& path);
+
 // Whether the entry itself is a link: a symbolic link, a junction or a shortcut.
 bool isLink(const QFileInfo& info);
 
@@ -50,20 +54,17 @@ bool isFolder(const QString& path);
 // Whether `path` is `folder` or lies in it, links resolved.
 bool isWithin(const QString& path, const QString& folder);
 
-// Entries of a tree, itself included; links count as one.
-int countEntries(const QString& path);
-
 // Copies a file. Fails when the target is there.
 bool copyFile(const QString& source, const QString& target);
 
 // Copies a file, or a folder with everything in it, and stops at the first failure; what was copied by then
 // stays, unless the copy was cancelled: then what was written is removed again. A link is copied as what it
-// leads to; one that leads back into what is being copied or written, or a junction whose end is not known,
-// is left out.
+// leads to; one that leads back to a folder that is being copied, or into what is being written, or a
+// junction whose end is not known, is left out.
 bool copyTree(const QString& source, const QString& target, Progress* progress);
 
 // Removes a file or a link, or a folder with everything in it, and goes on where something cannot be removed.
-// Returns whether nothing is left.
+// Returns whether all of it was removed.
 bool removeTree(const QString& path, Progress* progress);
 
 } // namespace files
