@@ -11,7 +11,8 @@ namespace files {
 
 namespace {
 
-constexpr unsigned long patience = 500; // ms
+constexpr unsigned long patience = 500;              // ms
+constexpr unsigned int stackSize = 16 * 1024 * 1024; // for folders as deep as Windows' longest paths
 
 class Worker : public QThread
 {
@@ -32,6 +33,7 @@ private:
 void run(QWidget* parent, const LongWork& description, Progress* progress, const std::function<void()>& work)
 {
     Worker worker(work);
+    worker.setStackSize(stackSize);
     worker.start(QThread::InheritPriority);
     if (worker.wait(patience))
         return;

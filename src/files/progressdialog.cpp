@@ -4,10 +4,11 @@
 #include "files/longwork.h"
 #include "shell/elidedlabel.h"
 
-#include <QCloseEvent>
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QProgressBar>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -27,20 +28,24 @@ QString text(const char* source)
 } // namespace
 
 ProgressDialog::ProgressDialog(const LongWork& work, Progress* progress, QWidget* parent)
-    : QProgressDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint)
+    : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint)
     , m_progress(progress)
-    , m_canBeCancelled(work.canBeCancelled)
+    , m_label(new ElidedLabel(this))
+    , m_bar(new QProgressBar(this))
 {
     setWindowTitle(work.title);
-    setWindowModality(Qt::ApplicationModal);
-    setLabel(new ElidedLabel); // the dialog's
-    setCancelButton(m_canBeCancelled ? new QPushButton(text(QT_TRANSLATE_NOOP("FileSystemWidget", "Cancel")))
-                                     : nullptr); // the dialog's
-    setAutoClose(false);
-    setAutoReset(false);
-    setMinimumDuration(0);
+    setModal(true);
     setFixedWidth(dialogWidth);
-    connect(this, SIGNAL(canceled()), this, SLOT(cancelWork()));
+    m_bar->setAccessibleName(work.title);
+    auto* const column = new QVBoxLayout(this);
+    column->addWidget(m_label);
+    column->addWidget(m_bar);
+    if (work.canBeCancelled) {
+        m_cancelButton = new QPushButton(text(QT_TRANSLATE_NOOP("FileSystemWidget", "Cancel")), this);
+        m_cancelButton->setAutoDefault(false); // Return was meant for what came before
+        column->addWidget(m_cancelButton, 0, Qt::AlignRight);
+        connect(m_cancelButton, SIGNAL(clicked()), this, SLOT(reject()));
+    }
     connect(&m_timer, SIGNAL(timeout()), this, SLOT(refresh()));
     m_timer.start(refreshPeriod);
     refresh();
@@ -48,37 +53,28 @@ ProgressDialog::ProgressDialog(const LongWork& work, Progress* progress, QWidget
 
 void ProgressDialog::reject()
 {
-    if (m_canBeCancelled)
-        cancelWork();
-}
-
-void ProgressDialog::closeEvent(QCloseEvent* event)
-{
-    event->ignore();
-    reject();
+    if (!m_cancelButton)
+        return;
+    m_progress->cancel();
+    m_cancelButton->setEnabled(false);
+    refresh();
 }
 
 void ProgressDialog::refresh()
 {
     const Progress::State state = m_progress->state();
     const bool isCounted = state.total > 1;
+    const int done = std::min(state.done, state.total - 1); // links may lead to more
     const QString name = QFileInfo(state.path).fileName();
-    setRange(0, isCounted ? state.total : 0);
-    setValue(isCounted ? std::min(state.done, state.total - 1) : 0); // links may lead to more
+    m_bar->setRange(0, isCounted ? state.total : 0);
+    m_bar->setValue(isCounted ? done : 0);
     if (m_progress->isCancelled())
-        setLabelText(text(QT_TRANSLATE_NOOP("FileSystemWidget", "Cancelling...")));
+        m_label->setText(text(QT_TRANSLATE_NOOP("FileSystemWidget", "Cancelling...")));
     else if (isCounted)
-        setLabelText(text(QT_TRANSLATE_NOOP("FileSystemWidget", "%1 of %2: %3"))
-                         .arg(QString::number(value() + 1), QString::number(state.total), name));
+        m_label->setText(text(QT_TRANSLATE_NOOP("FileSystemWidget", "%1 of %2: %3"))
+                             .arg(QString::number(done + 1), QString::number(state.total), name));
     else
-        setLabelText(name);
-}
-
-void ProgressDialog::cancelWork()
-{
-    m_progress->cancel();
-    refresh();
-    show(); // until the work has stopped
+        m_label->setText(name);
 }
 
 } // namespace files

@@ -1,7 +1,11 @@
 #pragma once
 
-#include <QProgressDialog>
+#include <QDialog>
 #include <QTimer>
+
+class ElidedLabel;
+class QProgressBar;
+class QPushButton;
 
 namespace files {
 
@@ -9,8 +13,8 @@ class Progress;
 struct LongWork;
 
 // Shows what a long copy or removal is at, and how many of how many; a busy bar where that cannot be counted.
-// Modal to its parent; the one who opened it closes it. GUI thread; the progress must outlive it.
-class ProgressDialog : public QProgressDialog
+// Modal; the one who opened it closes it. GUI thread; the progress must outlive it.
+class ProgressDialog : public QDialog
 {
     Q_OBJECT
 
@@ -18,19 +22,17 @@ public:
     ProgressDialog(const LongWork& work, Progress* progress, QWidget* parent);
 
 public slots:
-    // Cancels what can be cancelled; otherwise nothing happens.
+    // Cancels what can be cancelled, and stays until the work has stopped; otherwise nothing happens.
     void reject() override;
-
-protected:
-    void closeEvent(QCloseEvent* event) override;
 
 private slots:
     void refresh();
-    void cancelWork();
 
 private:
     Progress* const m_progress;
-    const bool m_canBeCancelled;
+    ElidedLabel* const m_label;
+    QProgressBar* const m_bar;
+    QPushButton* m_cancelButton = nullptr; // what cannot be cancelled has none
     QTimer m_timer;
 };
 
