@@ -77,14 +77,14 @@ bool isRealFolder(const QFileInfo& info)
     return info.isDir() && !isLink(info);
 }
 
-int countEntries(const QString& path, const Progress& progress)
+int countEntries(const QFileInfo& entry, const Progress& progress)
 {
-    if (!isRealFolder(QFileInfo(path)) || progress.isCancelled())
+    if (!isRealFolder(entry) || progress.isCancelled())
         return 1;
     int count = 1;
-    const QStringList names = entries(path);
-    for (const QString& name : names)
-        count += countEntries(entryPath(path, name), progress);
+    const QFileInfoList infos = QDir(entry.filePath()).entryInfoList(everything, QDir::Unsorted);
+    for (const QFileInfo& info : infos)
+        count += countEntries(info, progress);
     return count;
 }
 
@@ -269,7 +269,7 @@ bool copyTree(const QString& source, const QString& target, Progress* progress)
 {
     if (!isReachable(source) || !isReachable(target))
         return false;
-    progress->begin(countEntries(source, *progress));
+    progress->begin(countEntries(QFileInfo(source), *progress));
     TreeCopy copy(progress);
     const bool succeeded = copy.copy(source, target);
     if (!succeeded && progress->isCancelled())
@@ -303,7 +303,7 @@ bool removeTree(const QString& path, Progress* progress)
 {
     if (!isReachable(path))
         return false;
-    progress->begin(countEntries(path, *progress));
+    progress->begin(countEntries(QFileInfo(path), *progress));
     return removeEntry(path, progress);
 }
 
