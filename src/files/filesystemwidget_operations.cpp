@@ -10,6 +10,17 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+namespace {
+
+// Not told when it fails.
+void rename(const QString& folder, const QString& name, const QString& newName)
+{
+    if (files::isReachable(files::entryPath(folder, name)))
+        QDir(folder).rename(name, newName);
+}
+
+} // namespace
+
 void FileSystemWidget::copySlot()
 {
     m_clipboard = QFileInfo(currentPath());
@@ -59,9 +70,8 @@ void FileSystemWidget::copyFile()
     files::Progress progress;
     const bool intoItself = isFolder && files::isWithin(root, source);
     if (!intoItself) {
-        files::run(this, {tr("Copying"), isFolder}, &progress, [&] {
-            copied = isFolder ? files::copyTree(source, target, &progress) : files::copyFile(source, target);
-        });
+        files::run(this, {tr("Copying"), isFolder}, &progress,
+                   [&] { copied = files::copyTree(source, target, &progress); });
     }
     if (!self)
         return;
@@ -106,10 +116,11 @@ void FileSystemWidget::removeFile()
     removePath(currentPath());
 }
 
-// Never with an empty path, and never the model with an index that is none: both would mean another folder.
+// Never with a path that means another entry to the system, and never the model with an index that is none,
+// which would mean the current folder.
 void FileSystemWidget::removePath(const QString& path)
 {
-    if (path.isEmpty())
+    if (path.isEmpty() || !files::isReachable(path))
         return;
     const QPointer<FileSystemWidget> self(this);
     if (files::isFolder(path)) {
@@ -152,14 +163,14 @@ void FileSystemWidget::renameSlot()
                 tr("The file name you have selected currently exists. Please, select a different file name"));
         return;
     }
-    QDir(root).rename(name, answer);
+    rename(root, name, answer);
 }
 
 void FileSystemWidget::renameFile(const QString& newName)
 {
     const QString path = currentPath();
     if (!path.isEmpty())
-        QDir(rootPath()).rename(QFileInfo(path).fileName(), newName);
+        rename(rootPath(), QFileInfo(path).fileName(), newName);
 }
 
 void FileSystemWidget::newFolderSlot()
