@@ -19,9 +19,12 @@
 #include "support/runningshell.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QPointer>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 
@@ -176,12 +179,52 @@ Scene openSuspendNotice(Stage&)
     qFatal("no notice");
 }
 
+// A folder with something of everything.
+QString exampleFolder(const QString& root)
+{
+    QDir folder(root);
+    for (const char* const name : {"Invoices 2014", "Letters", "Photos from the harbour"})
+        folder.mkpath(QString::fromLatin1(name));
+    for (const char* const name :
+         {"Minutes of the meeting.odt", "Budget_2014_final_version_3.xlsx", "Notes.txt", "harbour.png",
+          "Annual report.pdf", "Read me",
+          "A name that goes on and on until no cell of the grid can hold it.txt", "<b>bold</b> & more.txt"}) {
+        QFile file(folder.filePath(QString::fromLatin1(name)));
+        if (!file.open(QFile::WriteOnly) || file.write(name) < 0)
+            qFatal("cannot write an example");
+    }
+    return folder.path();
+}
+
 Scene openPlaces(Stage& stage)
 {
-    const auto page = std::make_shared<FileSystemWidget>();
+    struct Places
+    {
+        QTemporaryDir root;
+        std::unique_ptr<FileSystemWidget> page;
+    };
+    stage.connectClient();
+    const auto places = std::make_shared<Places>();
+    places->page = std::make_unique<FileSystemWidget>(nullptr, true, exampleFolder(places->root.path()));
+    FileSystemWidget* const page = places->page.get();
+    page->adjustLayout();
     page->setFixedSize(stage.pageSize());
-    show(page.get());
-    return {page.get(), page};
+    show(page);
+    QTest::qWait(500); // the folder is read, icons come
+    return {page, places};
+}
+
+void selectFirst(const Scene& s)
+{
+    auto* const view = s.page->findChild<QListView*>(QStringLiteral("iconView"));
+    view->setFocus();
+    view->setCurrentIndex(view->model()->index(3, 0, view->rootIndex()));
+}
+
+void showList(const Scene& s)
+{
+    QTest::mouseClick(s.page->findChild<QWidget*>(QStringLiteral("listViewButton")), Qt::LeftButton);
+    QTest::qWait(200); // icons come
 }
 
 Scene openConfiguration(Stage& stage)
@@ -348,7 +391,18 @@ QList<Page> pages()
          },
          {rest}},
         {"suspend-notice", "the notice that the session is being suspended", openSuspendNotice, {rest}},
-        {"places", "the file manager", openPlaces, {rest}},
+        {"places",
+         "the file manager",
+         openPlaces,
+         {rest,
+          {"selected", selectFirst, {}},
+          {"list", showList, {}},
+          {"list-selected",
+           [](const Scene& s) {
+               selectFirst(s);
+               showList(s);
+           },
+           {}}}},
         {"configuration", "the configuration panel", openConfiguration, {rest}},
         {"desktop",
          "the whole shell",
