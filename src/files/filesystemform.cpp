@@ -35,6 +35,7 @@ QPushButton* createButton(QWidget* parent, QLayout* row, const char* name, const
     button->setIconSize(QSize(buttonIconSize, buttonIconSize));
     button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     button->setFlat(true);
+    button->setFocusPolicy(Qt::TabFocus); // the mouse leaves the keyboard where it is
     row->addWidget(button);
     return button;
 }

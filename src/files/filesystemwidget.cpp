@@ -71,6 +71,7 @@ FileSystemWidget::FileSystemWidget(QWidget* parent, bool noDriveManager, const Q
     connectForm();
     setUpShortcuts();
     setEnabledButtons();
+    m_form.iconView->setFocus();
 }
 
 FileSystemWidget::~FileSystemWidget()
@@ -103,10 +104,15 @@ void FileSystemWidget::connectForm()
     connect(f.iconViewButton, SIGNAL(pressed()), f.listView, SLOT(hide()));
     connect(f.iconViewButton, SIGNAL(pressed()), this, SLOT(setEnabledButtons()));
     connect(f.iconViewButton, SIGNAL(pressed()), this, SLOT(changeView()));
+    // What is selected out of sight would be acted on later.
+    connect(f.iconViewButton, SIGNAL(pressed()), f.listView, SLOT(clearSelection()));
+    connect(f.iconViewButton, SIGNAL(pressed()), f.iconView, SLOT(setFocus()));
     connect(f.listViewButton, SIGNAL(pressed()), f.listView, SLOT(show()));
     connect(f.listViewButton, SIGNAL(pressed()), f.iconView, SLOT(hide()));
     connect(f.listViewButton, SIGNAL(pressed()), this, SLOT(setEnabledButtons()));
     connect(f.listViewButton, SIGNAL(pressed()), this, SLOT(changeView()));
+    connect(f.listViewButton, SIGNAL(pressed()), f.iconView, SLOT(clearSelection()));
+    connect(f.listViewButton, SIGNAL(pressed()), f.listView, SLOT(setFocus()));
     connect(f.upButton, SIGNAL(pressed()), this, SLOT(upButtonPressed()));
     for (QAbstractItemView* const view :
          {static_cast<QAbstractItemView*>(f.listView), static_cast<QAbstractItemView*>(f.iconView)}) {
@@ -145,23 +151,16 @@ void FileSystemWidget::setUpShortcuts()
     add(this, QKeySequence(QKeySequence::Copy), f.copyButton, "copySlot");
     add(this, QKeySequence(QKeySequence::Paste), f.pasteButton, "pasteSlot");
     add(this, QKeySequence(QKeySequence::Delete), f.removeButton, "removeSlot");
-    for (QAbstractItemView* const view :
-         {static_cast<QAbstractItemView*>(f.listView), static_cast<QAbstractItemView*>(f.iconView)}) {
+    const auto onReturn = [this](QWidget* view, const auto& open) {
         for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
             auto* const shortcut =
                 new QShortcut(QKeySequence(key), view, nullptr, nullptr, Qt::WidgetShortcut); // the view's
-            connect(shortcut, &QShortcut::activated, this, [this] {
-                if (m_current.isValid())
-                    doubleClicked(m_current);
-            });
+            connect(shortcut, &QShortcut::activated, this, open);
         }
-    }
-    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
-        auto* const shortcut = new QShortcut(QKeySequence(key), f.placesView, nullptr, nullptr,
-                                             Qt::WidgetShortcut); // the view's
-        connect(shortcut, &QShortcut::activated, this,
-                [this] { placesDoubleClicked(m_form.placesView->currentIndex()); });
-    }
+    };
+    for (QWidget* const view : {static_cast<QWidget*>(f.listView), static_cast<QWidget*>(f.iconView)})
+        onReturn(view, [this] { doubleClicked(m_current); });
+    onReturn(f.placesView, [this] { placesDoubleClicked(m_form.placesView->currentIndex()); });
 }
 
 void FileSystemWidget::adjustLayout()
@@ -194,6 +193,8 @@ void FileSystemWidget::rebuildModel()
     FileModel* const old = m_model;
     m_model = new FileModel(m_iconProvider.get()); // ours
     m_model->setResolveSymlinks(false);
+    // Before the views hear of it, which would select another item.
+    connect(m_model, &FileModel::rowsAboutToBeRemoved, this, &FileSystemWidget::leaveRows);
     m_form.listView->setModel(m_model);
     m_form.iconView->setModel(m_model);
     m_form.listView->reset();
@@ -221,6 +222,20 @@ void FileSystemWidget::setSelectionHooks(bool on)
             disconnect(selection, SIGNAL(selectionChanged(QItemSelection, QItemSelection)), this,
                        SLOT(setEnabledButtons()));
         }
+    }
+}
+
+// The keyboard goes on beside what was removed or renamed, and nothing is selected in its place.
+void FileSystemWidget::leaveRows(const QModelIndex& parent, int first, int last)
+{
+    for (const QAbstractItemView* const view : {static_cast<const QAbstractItemView*>(m_form.listView),
+                                                static_cast<const QAbstractItemView*>(m_form.iconView)}) {
+        const QModelIndex current = view->currentIndex();
+        if (!current.isValid() || current.parent() != parent || current.row() < first || current.row() > last)
+            continue;
+        const int neighbour = last + 1 < m_model->rowCount(parent) ? last + 1 : first - 1;
+        view->selectionModel()->setCurrentIndex(m_model->index(neighbour, 0, parent),
+                                                QItemSelectionModel::NoUpdate);
     }
 }
 
@@ -263,6 +278,7 @@ void FileSystemWidget::setIndex(const QModelIndex& index)
 void FileSystemWidget::directoryLoaded(const QString& dir)
 {
     setSelectionHooks(true);
+    setEnabledButtons(); // something may have been selected meanwhile
     m_form.fileInfo->setText(tr("Finished loading folder %1").arg(userFacingPath(dir)));
 }
 
@@ -282,12 +298,15 @@ void FileSystemWidget::doubleClicked(const QModelIndex& index)
 
 void FileSystemWidget::upButtonPressed()
 {
-    const QString root = rootPath();
-    if (!files::mayGoUp(root, places()))
-        return;
-    const QString parent = m_model->filePath(m_model->index(root).parent());
-    if (parent.isEmpty())
-        return;
+    const files::Places known = places();
+    QString folder;
+    QString parent = rootPath();
+    do { // more than the folder in view may have gone
+        folder = parent;
+        parent = QFileInfo(folder).path();
+        if (parent == folder || !files::mayGoUp(folder, known))
+            return;
+    } while (!QFileInfo::exists(parent));
     rebuildModel();
     enter(parent);
 }
@@ -305,11 +324,19 @@ QAbstractItemView* FileSystemWidget::viewInSight() const
     return m_form.iconView;
 }
 
+// A button that goes leaves the keyboard to the folder.
+void FileSystemWidget::enable(QPushButton* button, bool on)
+{
+    if (!on && window()->focusWidget() == button) // a box may have it right now
+        viewInSight()->setFocus();
+    button->setEnabled(on);
+}
+
 void FileSystemWidget::setEnabledButtons()
 {
     const bool canPaste = !m_clipboard.absolutePath().isEmpty();
     m_pasteAction->setEnabled(canPaste);
-    m_form.pasteButton->setEnabled(canPaste);
+    enable(m_form.pasteButton, canPaste);
     const bool isList = m_form.listView->isVisible();
     m_form.listViewButton->setEnabled(!isList);
     m_form.iconViewButton->setEnabled(isList);
@@ -322,7 +349,7 @@ void FileSystemWidget::setEnabledButtons()
         action->setEnabled(isSelected);
     for (QPushButton* const button :
          {m_form.renameButton, m_form.copyButton, m_form.cutButton, m_form.removeButton})
-        button->setEnabled(isSelected);
+        enable(button, isSelected);
 }
 
 void FileSystemWidget::changeView()

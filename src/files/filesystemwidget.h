@@ -17,6 +17,7 @@ class FileModel;
 class QAction;
 class QAbstractItemView;
 class QMenu;
+class QPushButton;
 class QStandardItemModel;
 class RemoteClientManager;
 
@@ -96,9 +97,11 @@ private:
     void connectForm();
     void rebuildModel();
     void setSelectionHooks(bool on);
+    void leaveRows(const QModelIndex& parent, int first, int last);
     void enter(const QString& path);
     void clearSelections();
     QAbstractItemView* viewInSight() const;
+    void enable(QPushButton* button, bool on);
     QAction* addAction(QMenu* menu, const char* text, const char* picture, const char* slot);
     // Shown as pressed no more, when a box opens over it.
     void releaseButtons();

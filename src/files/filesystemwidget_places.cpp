@@ -45,10 +45,7 @@ QString FileSystemWidget::userFacingPath(const QString& path) const
 
 void FileSystemWidget::fillPlaces()
 {
-    // The view may still show the old one.
-    QStandardItemModel* const old = m_places;
-    m_places = new QStandardItemModel(this);
-    connect(this, SIGNAL(destroyed()), old, SLOT(deleteLater()));
+    m_places = new QStandardItemModel(this); // the view may still show the old one
     updatePlaces();
 }
 
@@ -82,6 +79,8 @@ void FileSystemWidget::placesDoubleClicked(const QModelIndex& index)
     setPlaceIndex(index);
     if (!m_form.iconView->rootIndex().isValid()) // the place is gone: what was in view comes back
         enter(shown);
+    if (!m_form.iconView->rootIndex().isValid())
+        setHome();
 }
 
 void FileSystemWidget::setPlaceIndex(const QModelIndex& index)

@@ -2,6 +2,7 @@
 #include "support/filemanagertest.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDir>
 #include <QFileSystemModel>
 #include <QInputDialog>
@@ -631,6 +632,28 @@ private slots:
         QTest::keyClick(icons(), Qt::Key_Up, Qt::AltModifier);
         QCOMPARE(rootPath(), folder());
         QVERIFY(isLoaded());
+    }
+
+    void afterABoxTheKeyboardIsBackInTheFolder()
+    {
+        addFile("a.txt");
+        addFile("b.txt");
+        select("a.txt");
+        expectRemoval(false, QMessageBox::Yes);
+        QTest::keyClick(icons(), Qt::Key_Delete);
+        activate();
+        QCOMPARE(QApplication::focusWidget(), icons());
+        button("newFolderButton")->setFocus();
+        expectQuestion(QString());
+        QTest::keyClick(button("newFolderButton"), Qt::Key_Space);
+        activate();
+        QCOMPARE(QApplication::focusWidget(), button("newFolderButton"));
+        select("b.txt");
+        button("removeButton")->setFocus();
+        expectRemoval(false, QMessageBox::Yes);
+        QTest::keyClick(button("removeButton"), Qt::Key_Space);
+        activate();
+        QCOMPARE(QApplication::focusWidget(), icons());
     }
 
     void keysOfDisabledButtonsDoNothing()

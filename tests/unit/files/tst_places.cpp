@@ -63,6 +63,14 @@ private slots:
         QCOMPARE(files::userFacingPath(QStringLiteral("E:/a/b"), chained), QStringLiteral("LOCAL > C/b"));
     }
 
+    void aShareElsewhereIsNamedWhole()
+    {
+        Places elsewhere = places();
+        elsewhere.shares = QStringList{"\\\\server\\1st", "C"};
+        QCOMPARE(files::userFacingPath(QStringLiteral("E:/a"), elsewhere),
+                 QStringLiteral("LOCAL > \\\\server\\1st/a"));
+    }
+
     void charactersOfHomeMeanWhatTheyMeanInAPattern_data()
     {
         QTest::addColumn<QString>("home");
