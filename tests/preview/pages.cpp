@@ -188,7 +188,7 @@ QString exampleFolder(const QString& root)
     for (const char* const name :
          {"Minutes of the meeting.odt", "Budget_2014_final_version_3.xlsx", "Notes.txt", "harbour.png",
           "Annual report.pdf", "Read me",
-          "A name that goes on and on until no cell of the grid can hold it.txt", "<b>bold</b> & more.txt"}) {
+          "A name that goes on and on until no cell of the grid can hold it.txt", "<b>bold & more.txt"}) {
         QFile file(folder.filePath(QString::fromLatin1(name)));
         if (!file.open(QFile::WriteOnly) || file.write(name) < 0)
             qFatal("cannot write an example");
