@@ -5,11 +5,10 @@
 
 ProbeReport ProbeReport::take(const QString& path)
 {
-    if (!QTest::qWaitFor([&] { return QFile::exists(path); }, 30000))
-        qFatal("the probe did not report");
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("cannot read the probe's report");
+    // On Windows a file that was just given its name may not be open to others yet.
+    if (!QTest::qWaitFor([&] { return file.exists() && file.open(QIODevice::ReadOnly); }, 30000))
+        qFatal("the probe did not report");
     ProbeReport report;
     const QList<QByteArray> fields = file.readAll().split('\0');
     for (const QByteArray& bytes : fields) {
