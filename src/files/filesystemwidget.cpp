@@ -195,6 +195,8 @@ void FileSystemWidget::rebuildModel()
     m_model->setResolveSymlinks(false);
     // Before the views hear of it, which would select another item.
     connect(m_model, &FileModel::rowsAboutToBeRemoved, this, &FileSystemWidget::leaveRows);
+    // After the model has done: it is replaced.
+    connect(m_model, &FileModel::rowsRemoved, this, &FileSystemWidget::leaveLostFolder, Qt::QueuedConnection);
     m_form.listView->setModel(m_model);
     m_form.iconView->setModel(m_model);
     m_form.listView->reset();
@@ -298,17 +300,36 @@ void FileSystemWidget::doubleClicked(const QModelIndex& index)
 
 void FileSystemWidget::upButtonPressed()
 {
-    const files::Places known = places();
-    QString folder;
-    QString parent = rootPath();
-    do { // more than the folder in view may have gone
-        folder = parent;
-        parent = QFileInfo(folder).path();
-        if (parent == folder || !files::mayGoUp(folder, known))
-            return;
-    } while (!QFileInfo::exists(parent));
+    const QString root = rootPath();
+    const QString parent = QFileInfo(root).path();
+    if (parent == root || !files::mayGoUp(root, places()))
+        return;
     rebuildModel();
-    enter(parent);
+    enter(nearestFolder(parent));
+}
+
+// The folder, or what is left above it; not above what the up button stops at.
+QString FileSystemWidget::nearestFolder(const QString& path) const
+{
+    const files::Places known = places();
+    QString folder = path;
+    while (!QFileInfo(folder).isDir()) {
+        const QString parent = QFileInfo(folder).path();
+        if (parent == folder || !files::mayGoUp(folder, known))
+            return QDir::homePath();
+        folder = parent;
+    }
+    return folder;
+}
+
+// The views would show every drive.
+void FileSystemWidget::leaveLostFolder()
+{
+    if (m_form.iconView->rootIndex().isValid())
+        return;
+    const QString shown = rootPath();
+    rebuildModel();
+    enter(nearestFolder(shown));
 }
 
 void FileSystemWidget::clearSelections()

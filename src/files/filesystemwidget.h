@@ -97,6 +97,8 @@ private:
     void connectForm();
     void rebuildModel();
     void setSelectionHooks(bool on);
+    void leaveLostFolder();
+    QString nearestFolder(const QString& path) const;
     void leaveRows(const QModelIndex& parent, int first, int last);
     void enter(const QString& path);
     void clearSelections();

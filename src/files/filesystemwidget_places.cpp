@@ -78,9 +78,7 @@ void FileSystemWidget::placesDoubleClicked(const QModelIndex& index)
     rebuildModel();
     setPlaceIndex(index);
     if (!m_form.iconView->rootIndex().isValid()) // the place is gone: what was in view comes back
-        enter(shown);
-    if (!m_form.iconView->rootIndex().isValid())
-        setHome();
+        enter(nearestFolder(shown));
 }
 
 void FileSystemWidget::setPlaceIndex(const QModelIndex& index)

@@ -11,6 +11,11 @@ void FileManagerTest::init()
     QuilletTest::init();
     m_answers = std::make_unique<ModalAnswerer>();
     QDir().mkpath(folder());
+    // What a removal without a name would mean.
+    m_start = QDir::currentPath();
+    QDir().mkpath(sandbox().scratch() + QStringLiteral("/current"));
+    Sandbox::writeFile(sandbox().scratch() + QStringLiteral("/current/file"), "x");
+    QDir::setCurrent(sandbox().scratch() + QStringLiteral("/current"));
     startManager(true, folder());
 }
 
@@ -19,8 +24,11 @@ void FileManagerTest::cleanup()
     const QStringList problems = m_answers->problems();
     m_answers.reset();
     m_manager.reset();
+    const bool isCurrentThere = QFile::exists(sandbox().scratch() + QStringLiteral("/current/file"));
+    QDir::setCurrent(m_start);
     QuilletTest::cleanup();
     QVERIFY2(problems.isEmpty(), qPrintable(problems.join('\n')));
+    QVERIFY2(isCurrentThere, "the current folder was removed");
 }
 
 void FileManagerTest::startManager(bool noDriveManager, const QString& startPath)
@@ -76,7 +84,8 @@ QString FileManagerTest::status()
 
 bool FileManagerTest::isLoaded()
 {
-    return QTest::qWaitFor([this] { return status().startsWith(QLatin1String("Finished")); });
+    return QTest::qWaitFor(
+        [this] { return status() == QLatin1String("Finished loading folder ") + address(); });
 }
 
 void FileManagerTest::select(const QString& name)

@@ -70,4 +70,5 @@ protected slots:
 private:
     std::unique_ptr<ModalAnswerer> m_answers;
     std::unique_ptr<FileSystemWidget> m_manager;
+    QString m_start; // the current folder before
 };

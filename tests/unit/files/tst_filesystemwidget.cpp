@@ -238,6 +238,7 @@ private slots:
         QCOMPARE(icons()->gridSize(), QSize(128, 128));
         QCOMPARE(icons()->resizeMode(), QListView::Adjust);
         QCOMPARE(icons()->movement(), QListView::Snap);
+        QVERIFY(icons()->wordWrap());
         QVERIFY(icons()->isVisible());
         QVERIFY(!list()->isVisible());
         QVERIFY(!model()->resolveSymlinks());
@@ -330,6 +331,7 @@ private slots:
     void aFolderThatVanishesWhileShownIsLeftByUp()
     {
         addFile("sub/a.txt");
+        QVERIFY(isLoaded());
         enter(path("sub"));
         select("sub/a.txt");
         QVERIFY(QDir(path("sub")).removeRecursively());
@@ -338,6 +340,59 @@ private slots:
         press("upButton");
         QCOMPARE(rootPath(), folder());
         QVERIFY(isLoaded());
+    }
+
+    // The views would show every drive.
+    void aFolderThatTheViewsLostIsEnteredAgainOrWhatIsLeftAboveIt_data()
+    {
+        QTest::addColumn<bool>("isThere");
+        QTest::newRow("gone") << false;
+        QTest::newRow("still there") << true;
+    }
+    void aFolderThatTheViewsLostIsEnteredAgainOrWhatIsLeftAboveIt()
+    {
+        QFETCH(bool, isThere);
+        addFile("one/two/a.txt");
+        addFile("b.txt");
+        QVERIFY(isLoaded());
+        enter(path("one/two"));
+        select("one/two/a.txt");
+        icons()->setRootIndex(QModelIndex());
+        list()->setRootIndex(QModelIndex());
+        if (isThere)
+            addFile("one/two/c.txt");
+        else
+            QVERIFY(QDir(path("one")).removeRecursively());
+        QMetaObject::invokeMethod(model(), "rowsRemoved", Q_ARG(QModelIndex, QModelIndex()), Q_ARG(int, 0),
+                                  Q_ARG(int, 0));
+        QTRY_VERIFY(icons()->rootIndex().isValid());
+        QCOMPARE(list()->rootIndex(), icons()->rootIndex());
+        QCOMPARE(rootPath(), isThere ? path("one/two") : folder());
+        select(isThere ? "one/two/c.txt" : "b.txt");
+    }
+
+    void aFolderThatIsSetElsewhereClearsTheSelection()
+    {
+        addFile("a.txt");
+        addFolder("sub");
+        select("a.txt");
+        model()->setRootPath(path("sub"));
+        QVERIFY(!icons()->selectionModel()->hasSelection());
+        QVERIFY(!button("copyButton")->isEnabled());
+    }
+
+    void whatOtherFoldersLoseLeavesTheKeyboardWhereItIs()
+    {
+        addFile("a.txt");
+        addFile("sub/b.txt");
+        enter(path("sub"));
+        select("sub/b.txt");
+        enter(folder());
+        select("sub"); // the first row, as b.txt is in its folder
+        const QModelIndex current = icons()->currentIndex();
+        QMetaObject::invokeMethod(model(), "rowsAboutToBeRemoved", Q_ARG(QModelIndex, current),
+                                  Q_ARG(int, current.row()), Q_ARG(int, current.row()));
+        QCOMPARE(icons()->currentIndex(), current);
     }
 
     void selectionIsFollowedOncePerChange()
@@ -632,6 +687,22 @@ private slots:
             QCOMPARE(button(name)->focusPolicy(), Qt::TabFocus);
     }
 
+    // Wanted: what is selected in the list comes first.
+    void theListsSelectionComesFirst()
+    {
+        addFile("a.txt", "a");
+        addFile("b.txt", "b");
+        select("a.txt");
+        list()->selectionModel()->select(model()->index(path("b.txt")), QItemSelectionModel::ClearAndSelect);
+        press("copyButton");
+        manager().changeView();
+        QCOMPARE(selected(), QStringList("b.txt"));
+        addFolder("sub");
+        enter(path("sub"));
+        press("pasteButton");
+        QVERIFY(exists("sub/b.txt"));
+    }
+
     // --- Enabling
 
     void nothingIsSelectedInTheStead_data()
@@ -793,6 +864,18 @@ private slots:
         QTest::mouseRelease(icons()->viewport(), Qt::RightButton, {}, item);
     }
 
+    void twoMouseButtonsOpenNoMenu()
+    {
+        addFile("a.txt");
+        select("a.txt");
+        QTest::qWait(20); // the layout
+        const QPoint item = icons()->visualRect(model()->index(path("a.txt"))).center();
+        QTest::mousePress(icons()->viewport(), Qt::LeftButton, {}, item);
+        QCOMPARE(opened([&] { QTest::mousePress(icons()->viewport(), Qt::RightButton, {}, item); }).menus, 0);
+        QTest::mouseRelease(icons()->viewport(), Qt::RightButton, {}, item);
+        QTest::mouseRelease(icons()->viewport(), Qt::LeftButton, {}, item);
+    }
+
     void theRightMouseButtonSelectsWhatItsMenuActsOn()
     {
         addFile("a.txt");
@@ -908,14 +991,14 @@ private slots:
         }
     }
 
-    void whenPlaceAndFolderHaveGoneThereIsHome()
+    void whenPlaceAndFolderHaveGoneWhatIsLeftAboveComes()
     {
         manager().insertPlace(QIcon(), QStringLiteral("LOCAL > gone"));
-        addFile("sub/a.txt");
+        addFolder("sub");
         enter(path("sub"));
-        QVERIFY(QDir(path("sub")).removeRecursively());
+        QVERIFY(QDir().rmdir(path("sub")));
         manager().placesDoubleClicked(place("LOCAL > gone"));
-        QCOMPARE(rootPath(), QDir::homePath());
+        QCOMPARE(rootPath(), folder());
         QVERIFY(isLoaded());
     }
 

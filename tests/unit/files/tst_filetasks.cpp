@@ -359,6 +359,21 @@ private slots:
         QVERIFY(QDir().exists(folder()));
     }
 
+    void anItemThatTheModelHasForgottenIsNotRemovedInAnothersPlace()
+    {
+        addFile("a.txt");
+        addFile("b.txt");
+        select("a.txt");
+        QTimer::singleShot(0, this, [this] { // while the question is open
+            QVERIFY(QFile::remove(path("a.txt")));
+            QTRY_VERIFY(!model()->index(path("a.txt")).isValid());
+        });
+        expectRemoval(false, QMessageBox::Yes);
+        press("removeButton");
+        QCOMPARE(entries(), QStringList("b.txt"));
+        QVERIFY(QFile::exists(QStringLiteral("file"))); // in the current folder
+    }
+
     void anItemThatHasGoneIsNotRemovedInAnothersPlace()
     {
         addFile("a.txt");
