@@ -24,6 +24,8 @@ QString IconDelegate::displayText(const QVariant& value, const QLocale& locale) 
 
 void IconDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
 {
+    const QSize icon = option->decorationSize;
     QStyledItemDelegate::initStyleOption(option, index);
+    option->decorationSize = icon; // whatever the picture's: names stand on one line
     option->displayAlignment = Qt::AlignHCenter | Qt::AlignTop;
 }

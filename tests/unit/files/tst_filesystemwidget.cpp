@@ -535,6 +535,7 @@ private slots:
 
     // --- Up
 
+#ifndef Q_OS_WIN // where a folder in view cannot be removed
     void upLeavesFoldersThatAreGoneBehind()
     {
         addFile("one/two/three/a.txt");
@@ -547,6 +548,7 @@ private slots:
         QCOMPARE(rootPath(), folder());
         select("b.txt");
     }
+#endif
 
     void listAndOrderSurviveANewModel()
     {
