@@ -6,11 +6,10 @@ namespace files {
 
 namespace {
 
-// A pattern that is none matches nothing.
 QString replaceStart(QString text, const QString& start, const QString& by)
 {
     const QRegExp pattern(QLatin1Char('^') + start, Qt::CaseSensitive, QRegExp::RegExp);
-    return pattern.isValid() ? text.replace(pattern, by) : text;
+    return text.replace(pattern, by); // a pattern that is none matches nothing
 }
 
 } // namespace

@@ -24,6 +24,7 @@ public:
     {
         isElsewhere = isElsewhere || QThread::currentThread() != qApp->thread();
         asked.append(info.fileName());
+        QThread::msleep(time);
         return colored(Qt::red);
     }
 
@@ -34,6 +35,7 @@ public:
         return QIcon(picture);
     }
 
+    unsigned long time = 0; // ms, for a look
     mutable QStringList asked;
     mutable std::atomic<bool> isElsewhere{false};
 };
@@ -72,6 +74,7 @@ private slots:
         QuilletTest::init();
         m_provider.asked.clear();
         m_provider.isElsewhere = false;
+        m_provider.time = 0;
         m_model = std::make_unique<FileModel>(&m_provider);
     }
     void cleanup()
@@ -187,6 +190,51 @@ private slots:
             color(QStringLiteral("f0000%1.txt").arg(i));
         QTRY_COMPARE(m_provider.asked.size(), 4);
         QCOMPARE(m_provider.asked, QStringList({"f00003.txt", "f00000.txt", "f00002.txt", "f00001.txt"}));
+    }
+
+    void ofManyThatWerePaintedTheLastAreLookedUp()
+    {
+        load(1100);
+        for (int i = 0; i < 1100; ++i)
+            color(QStringLiteral("f%1.txt").arg(i, 5, 10, QLatin1Char('0')));
+        QTRY_COMPARE(m_provider.asked.size(), 1000);
+        QTest::qWait(50);
+        QCOMPARE(m_provider.asked.size(), 1000);
+        QCOMPARE(m_provider.asked.first(), QStringLiteral("f01099.txt"));
+        QCOMPARE(m_provider.asked.last(), QStringLiteral("f00100.txt"));
+    }
+
+    void whatIsInNoViewAnyMoreIsNotAskedFor()
+    {
+        load(2);
+        color("f00000.txt");
+        m_model->setRootPath(path("folder"));
+        QTest::qWait(50);
+        QCOMPARE(m_provider.asked, QStringList());
+    }
+
+    void slowIconsLetTheEventLoopRunInBetween()
+    {
+        load(5);
+        m_provider.time = 25;
+        QList<int> seen;
+        connect(m_model.get(), &FileModel::dataChanged, this, [this, &seen] {
+            QMetaObject::invokeMethod(
+                this, [this, &seen] { seen.append(m_provider.asked.size()); }, Qt::QueuedConnection);
+        });
+        for (int i = 0; i < 5; ++i)
+            color(QStringLiteral("f0000%1.txt").arg(i));
+        QTRY_COMPARE(seen.size(), 5);
+        QCOMPARE(seen, QList<int>({1, 2, 3, 4, 5}));
+    }
+
+    void longNamesMayBreakAfterPunctuation()
+    {
+        const IconDelegate delegate(QSize(128, 64), nullptr);
+        const QChar mayBreak(0x200B);
+        QCOMPARE(delegate.displayText(QStringLiteral("a_b-c.d e"), QLocale()),
+                 QStringLiteral("a_%1b-%1c.%1d e").arg(mayBreak));
+        QCOMPARE(delegate.sizeHint({}, {}), QSize(128, 64));
     }
 
     void aModelThatGoesInTheMiddleWaitsForNobody()

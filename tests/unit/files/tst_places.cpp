@@ -119,6 +119,13 @@ private slots:
         QCOMPARE(twins.driveOfLabel(QStringLiteral("LOCAL > stick")), 0); // the first
     }
 
+    void aDriveThatIsNamedWithASlashIsTheTopToo()
+    {
+        Places slash = places();
+        slash.drives = QStringList{"E:/", "F:"};
+        QVERIFY(!files::mayGoUp(QStringLiteral("E:/"), slash));
+    }
+
     void homeAndTheRootsOfDrivesAreTheTop_data()
     {
         QTest::addColumn<QString>("folder");
