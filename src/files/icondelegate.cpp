@@ -12,8 +12,11 @@ QSize IconDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) co
 
 QString IconDelegate::displayText(const QVariant& value, const QLocale& locale) const
 {
-    constexpr QChar breakAllowed(0x200B); // has no width
+    constexpr int longWord = 16;          // letters; less than a cell holds
+    constexpr QChar breakAllowed(0x200B); // has no width, but the height of whatever font has it
     QString text = QStyledItemDelegate::displayText(value, locale);
+    if (text.size() <= longWord || text.contains(QLatin1Char(' ')))
+        return text;
     for (int i = text.size() - 1; i >= 0; --i) {
         if (text.at(i) == QLatin1Char('_') || text.at(i) == QLatin1Char('-') ||
             text.at(i) == QLatin1Char('.'))

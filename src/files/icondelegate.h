@@ -13,7 +13,7 @@ public:
     IconDelegate(const QSize& cell, QObject* parent);
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
-    // Lines may break after punctuation, which is all that many file names have.
+    // Lines of a long name without blanks may break after its punctuation.
     QString displayText(const QVariant& value, const QLocale& locale) const override;
 
 protected:
