@@ -228,12 +228,15 @@ private slots:
         QCOMPARE(seen, QList<int>({1, 2, 3, 4, 5}));
     }
 
-    void longNamesMayBreakAfterPunctuation()
+    void longNamesWithoutBlanksMayBreakAfterPunctuation()
     {
         const IconDelegate delegate(QSize(128, 64), nullptr);
         const QChar mayBreak(0x200B);
-        QCOMPARE(delegate.displayText(QStringLiteral("a_b-c.d e"), QLocale()),
-                 QStringLiteral("a_%1b-%1c.%1d e").arg(mayBreak));
+        QCOMPARE(delegate.displayText(QStringLiteral("a_long-name.without"), QLocale()),
+                 QStringLiteral("a_%1long-%1name.%1without").arg(mayBreak));
+        for (const QString& name :
+             {QStringLiteral("a_long-name.with a blank"), QStringLiteral("a_short-name.txt")})
+            QCOMPARE(delegate.displayText(name, QLocale()), name);
         QCOMPARE(delegate.sizeHint({}, {}), QSize(128, 64));
     }
 
