@@ -360,7 +360,9 @@ private slots:
     void aFolderThatTheViewsLostIsEnteredAgainOrWhatIsLeftAboveIt_data()
     {
         QTest::addColumn<bool>("isThere");
+#ifndef Q_OS_WIN // where a folder in view cannot be removed
         QTest::newRow("gone") << false;
+#endif
         QTest::newRow("still there") << true;
     }
     void aFolderThatTheViewsLostIsEnteredAgainOrWhatIsLeftAboveIt()
@@ -961,12 +963,14 @@ private slots:
         }
     }
 
+#ifndef Q_OS_WIN // where the cursor is the user's, and moves when it likes
     void menusOpenAtTheCursor()
     {
         QCursor::setPos(200, 150);
         QCOMPARE(opened([this] { manager().showMenu(QModelIndex()); }).place, QCursor::pos());
         QCOMPARE(opened([this] { manager().showNoSelectionMenu(); }).place, QCursor::pos());
     }
+#endif
 
     // --- Places
 
