@@ -4,34 +4,9 @@
 // belongs to, its class, its title, its handle as a decimal number, the position and size of its frame on the
 // screen (x, y, width, height) and "normal", "minimised" or "maximised", separated by tabs. The last line is
 // "end".
-#include <windows.h>
-
-#include <cstdio>
-#include <string>
+#include "windowtext.h"
 
 namespace {
-
-void print(const std::wstring& text, char end)
-{
-    char bytes[2048];
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, bytes, sizeof bytes, nullptr, nullptr);
-    std::printf("%s%c", size > 0 ? bytes : "?", end);
-}
-
-std::wstring programOf(HWND window)
-{
-    DWORD id = 0;
-    GetWindowThreadProcessId(window, &id);
-    const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id);
-    wchar_t path[MAX_PATH] = L"?";
-    DWORD length = MAX_PATH;
-    if (process) {
-        QueryFullProcessImageNameW(process, 0, path, &length);
-        CloseHandle(process);
-    }
-    const std::wstring whole = path;
-    return whole.substr(whole.find_last_of(L'\\') + 1);
-}
 
 BOOL CALLBACK visit(HWND window, LPARAM)
 {

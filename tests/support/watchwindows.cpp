@@ -3,34 +3,9 @@
 // Watches the top-level windows of all programs until it is ended, and prints a line for each change, however
 // short: "watching" at first, then "shown", "hidden" or "moved" with the program that the window belongs to,
 // its handle as a decimal number and its title, separated by tabs. In UTF-8.
-#include <windows.h>
-
-#include <cstdio>
-#include <string>
+#include "windowtext.h"
 
 namespace {
-
-void print(const std::wstring& text, char end)
-{
-    char bytes[2048];
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, bytes, sizeof bytes, nullptr, nullptr);
-    std::printf("%s%c", size > 0 ? bytes : "?", end);
-}
-
-std::wstring programOf(HWND window)
-{
-    DWORD id = 0;
-    GetWindowThreadProcessId(window, &id);
-    const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id);
-    wchar_t path[MAX_PATH] = L"?";
-    DWORD length = MAX_PATH;
-    if (process) {
-        QueryFullProcessImageNameW(process, 0, path, &length);
-        CloseHandle(process);
-    }
-    const std::wstring whole = path;
-    return whole.substr(whole.find_last_of(L'\\') + 1);
-}
 
 void CALLBACK tell(HWINEVENTHOOK, DWORD event, HWND window, LONG object, LONG child, DWORD, DWORD)
 {

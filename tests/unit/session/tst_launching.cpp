@@ -35,6 +35,16 @@ class LaunchingTest : public ShellTest
 {
     Q_OBJECT
 
+    // A server whose application for ".txt" is the probe.
+    void startServerWithProbeForText()
+    {
+        startServer();
+        addToServer(QStringLiteral("probe"), QStringLiteral(PROBE), QStringLiteral("127.0.0.1"),
+                    QStringLiteral("windows"));
+        server().data.extensions.append(
+            {QStringLiteral(".txt"), QStringLiteral("text/plain"), {QStringLiteral("probe")}});
+    }
+
 private slots:
     // --- Launching
 
@@ -279,11 +289,7 @@ private slots:
 
     void aFileOpensWithItsExtensionsApplication()
     {
-        startServer();
-        addToServer(QStringLiteral("probe"), QStringLiteral(PROBE), QStringLiteral("127.0.0.1"),
-                    QStringLiteral("windows"));
-        server().data.extensions.append(
-            {QStringLiteral(".txt"), QStringLiteral("text/plain"), {QStringLiteral("probe")}});
+        startServerWithProbeForText();
         sandbox().setVariable("PROBE_REPORT", reportPath().toUtf8());
         startShell();
         const QString file = sandbox().scratch() + QStringLiteral("/letter.txt");
@@ -304,11 +310,7 @@ private slots:
 
     void linksThatLeadNowhereAreToldAndNothingOpens()
     {
-        startServer();
-        addToServer(QStringLiteral("probe"), QStringLiteral(PROBE), QStringLiteral("127.0.0.1"),
-                    QStringLiteral("windows"));
-        server().data.extensions.append(
-            {QStringLiteral(".txt"), QStringLiteral("text/plain"), {QStringLiteral("probe")}});
+        startServerWithProbeForText();
         startShell();
         const QString link = sandbox().scratch() + QStringLiteral("/loop.txt");
         QVERIFY(QFile::link(link, link));
@@ -331,11 +333,7 @@ private slots:
 
     void aLinkOpensUnderItsOwnNameWithItsOwnExtensionsApplication()
     {
-        startServer();
-        addToServer(QStringLiteral("probe"), QStringLiteral(PROBE), QStringLiteral("127.0.0.1"),
-                    QStringLiteral("windows"));
-        server().data.extensions.append(
-            {QStringLiteral(".txt"), QStringLiteral("text/plain"), {QStringLiteral("probe")}});
+        startServerWithProbeForText();
         sandbox().setVariable("PROBE_REPORT", reportPath().toUtf8());
         startShell();
         const QString target = sandbox().scratch() + QStringLiteral("/target.unknown");
