@@ -380,7 +380,7 @@ void FileSystemWidget::changeView()
     if (list->hasSelection())
         icons->select(list->selection(), QItemSelectionModel::ClearAndSelect);
     else
-        list->select(icons->selection(), QItemSelectionModel::ClearAndSelect);
+        list->select(icons->selection(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 // --- Menus

@@ -670,6 +670,8 @@ private slots:
         select("b.txt");
         press("listViewButton");
         QCOMPARE(selected(), QStringList("b.txt"));
+        QVERIFY(list()->selectionModel()->isRowSelected(model()->index(path("b.txt")).row(),
+                                                        list()->rootIndex())); // as after a click
         select("a.txt");
         press("iconViewButton");
         QCOMPARE(selected(), QStringList("a.txt"));
