@@ -213,6 +213,22 @@ private slots:
         QCOMPARE(m_provider.asked, QStringList());
     }
 
+    void whatIsGoneWhenItsTurnComesIsNotAskedFor()
+    {
+        load(3);
+        connect(m_model.get(), &FileModel::rowsAboutToBeRemoved, this, [this] { color("f00001.txt"); });
+        QSignalSpy changed(m_model.get(), SIGNAL(dataChanged(QModelIndex, QModelIndex, QVector<int>)));
+        QVERIFY(m_model->remove(index("f00001.txt")));
+        QTRY_VERIFY(!index("f00001.txt").isValid());
+        color("f00002.txt"); // looked up first
+        color("f00000.txt");
+        QTRY_COMPARE(m_provider.asked, QStringList({"f00000.txt", "f00002.txt"}));
+        QTest::qWait(50);
+        QCOMPARE(m_provider.asked.size(), 2);
+        for (const QList<QVariant>& arguments : changed)
+            QVERIFY(arguments.value(0).toModelIndex().isValid());
+    }
+
     void slowIconsLetTheEventLoopRunInBetween()
     {
         load(5);
@@ -238,6 +254,52 @@ private slots:
              {QStringLiteral("a_long-name.with a blank"), QStringLiteral("a_short-name.txt")})
             QCOMPARE(delegate.displayText(name, QLocale()), name);
         QCOMPARE(delegate.sizeHint({}, {}), QSize(128, 64));
+    }
+
+    void namesStandBelowTheMiddleOfTheirPictures_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("shorter than the picture") << "HH";
+        QTest::newRow("longer") << "HHHHHHHHHH.HH";
+        QTest::newRow("two lines") << "HHHHHHHHH HHHHHHHHH";
+    }
+    void namesStandBelowTheMiddleOfTheirPictures()
+    {
+        QFETCH(QString, name);
+        load(0);
+        Sandbox::writeFile(path(name), "x");
+        QTRY_COMPARE(m_model->rowCount(m_model->index(sandbox().scratch())), 2);
+        QListView view;
+        view.setViewMode(QListView::IconMode);
+        view.setIconSize(QSize(64, 64));
+        view.setGridSize(QSize(128, 128));
+        view.setWordWrap(true);
+        view.setItemDelegate(new IconDelegate(QSize(128, 128), &view));
+        view.resize(600, 400);
+        view.setModel(m_model.get());
+        view.setRootIndex(m_model->index(sandbox().scratch()));
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QTRY_COMPARE(color(name), QColor(Qt::red));
+        const QRect cell = view.visualRect(index(name));
+        const QImage painted = view.viewport()->grab(cell).toImage();
+        QRect picture;
+        QRect letters;
+        for (int y = 0; y < painted.height(); ++y) {
+            for (int x = 0; x < painted.width(); ++x) {
+                const QColor pixel = painted.pixelColor(x, y);
+                if (pixel == QColor(Qt::red))
+                    picture |= QRect(x, y, 1, 1);
+                else if (pixel.lightness() < 128)
+                    letters |= QRect(x, y, 1, 1);
+            }
+        }
+        QCOMPARE(picture.size(), QSize(64, 64));
+        QVERIFY(qAbs(picture.left() + picture.right() - (painted.width() - 1)) <= 2);
+        QVERIFY(letters.top() > picture.bottom());
+        QVERIFY(letters.width() > 10);
+        QVERIFY2(qAbs(letters.left() + letters.right() - picture.left() - picture.right()) <= 6,
+                 qPrintable(QStringLiteral("%1 to %2").arg(letters.left()).arg(letters.right())));
     }
 
     void aModelThatGoesInTheMiddleWaitsForNobody()

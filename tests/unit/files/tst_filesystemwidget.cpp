@@ -89,6 +89,25 @@ class FileSystemWidgetTest : public FileManagerTest
         const QString home = QDir::homePath();
         return path.startsWith(home) ? QStringLiteral("clerk") + path.mid(home.size()) : path;
     }
+    // How many slots and signals listen to a signal.
+    static int receivers(const QObject* object, const char* signal)
+    {
+        struct Access : QObject
+        {
+            using QObject::receivers;
+        };
+        int (QObject::*const countOf)(const char*) const = &Access::receivers;
+        return (object->*countOf)(signal);
+    }
+    QList<int> hooks()
+    {
+        QList<int> counts{receivers(model(), SIGNAL(rootPathChanged(QString)))};
+        for (const QAbstractItemView* const view :
+             {static_cast<QAbstractItemView*>(list()), static_cast<QAbstractItemView*>(icons())})
+            counts.append(
+                receivers(view->selectionModel(), SIGNAL(selectionChanged(QItemSelection, QItemSelection))));
+        return counts;
+    }
     static QImage image(const QIcon& icon, int size)
     {
         return icon.pixmap(size, size).toImage();
@@ -537,17 +556,8 @@ private slots:
 
     void selectionHooksAreNeverPutOnTwice()
     {
-        struct Access : QObject
-        {
-            using QObject::receivers;
-        };
-        int (QObject::*const countOf)(const char*) const = &Access::receivers;
-        const auto hooks = [&] {
-            return (icons()->selectionModel()->*countOf)(
-                SIGNAL(selectionChanged(QItemSelection, QItemSelection)));
-        };
         QVERIFY(isLoaded());
-        const int once = hooks();
+        const QList<int> once = hooks();
         for (int i = 0; i < 3; ++i)
             manager().directoryLoaded(folder());
         QCOMPARE(hooks(), once);
@@ -555,6 +565,33 @@ private slots:
         manager().setIndex(model()->index(folder()));
         QVERIFY(isLoaded());
         QCOMPARE(hooks(), once);
+    }
+
+    void aModelThatIsReplacedTakesItsHooksAlong()
+    {
+        addFolder("sub/deep");
+        addFile("sub/a.txt");
+        QVERIFY(isLoaded());
+        const QList<int> once = hooks();
+        for (const bool isLoading : {false, true}) {
+            enter(path("sub"));
+            if (isLoading)
+                manager().setIndex(model()->index(path("sub/deep"))); // the hooks are off
+            else
+                enter(path("sub/deep"));
+            const QPointer<QFileSystemModel> before(model());
+            const QPointer<QItemSelectionModel> listed(list()->selectionModel());
+            const QPointer<QItemSelectionModel> shown(icons()->selectionModel());
+            press("upButton");
+            QVERIFY(!before);
+            QVERIFY(isLoaded());
+            QTRY_VERIFY(!listed && !shown);
+            QCOMPARE(hooks(), once);
+            select("sub/a.txt");
+            QVERIFY(button("copyButton")->isEnabled());
+            model()->setRootPath(folder());
+            QCOMPARE(selected(), QStringList());
+        }
     }
 
     void whatIsNoLongerSelectedWhileAFolderLoadsIsNotActedOn()

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileSystemModel>
+#include <QHBoxLayout>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -669,6 +670,38 @@ private slots:
         QTest::keyClick(button("removeButton"), Qt::Key_Space);
         activate();
         QCOMPARE(QApplication::focusWidget(), icons());
+    }
+
+    void keysActWhileThePageHasTheKeyboardAlone()
+    {
+        addFile("a.txt");
+        QWidget window;
+        auto* const beside = new QPushButton(&window);
+        auto* const row = new QHBoxLayout(&window);
+        row->addWidget(&manager());
+        row->addWidget(beside);
+        const auto leave = qScopeGuard([this] { manager().setParent(nullptr); });
+        window.show();
+        select("a.txt");
+        beside->setFocus();
+        QTest::keyClick(beside, Qt::Key_C, Qt::ControlModifier);
+        QTest::keyClick(beside, Qt::Key_X, Qt::ControlModifier);
+        QVERIFY(!button("pasteButton")->isEnabled());
+        QTest::keyClick(beside, Qt::Key_F2);
+        QTest::keyClick(beside, Qt::Key_Delete);
+        QTest::keyClick(beside, Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+        QTest::keyClick(beside, Qt::Key_Backspace);
+        QTest::keyClick(beside, Qt::Key_Up, Qt::AltModifier);
+        QTest::keyClick(beside, Qt::Key_Return);
+        QCOMPARE(rootPath(), folder());
+        // Those of a view are that view's.
+        QSignalSpy opened(&manager(), SIGNAL(openFile(QString, QString)));
+        find<QLineEdit>("addressLineEdit")->setFocus();
+        QTest::keyClick(find<QLineEdit>("addressLineEdit"), Qt::Key_Return);
+        QCOMPARE(opened.size(), 0);
+        icons()->setFocus();
+        QTest::keyClick(icons(), Qt::Key_C, Qt::ControlModifier);
+        QVERIFY(button("pasteButton")->isEnabled());
     }
 
     void keysOfDisabledButtonsDoNothing()
