@@ -6,9 +6,11 @@
 #include "files/longwork.h"
 
 #include <QDir>
+#include <QHeaderView>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTreeView>
 
 namespace {
 
@@ -17,6 +19,15 @@ void rename(const QString& folder, const QString& name, const QString& newName)
 {
     if (files::isReachable(files::entryPath(folder, name)))
         QDir(folder).rename(name, newName);
+}
+
+// The model puts what it makes last, and sorts only for another column.
+void sortAnew(const QTreeView* list)
+{
+    const int column = list->header()->sortIndicatorSection();
+    const Qt::SortOrder order = list->header()->sortIndicatorOrder();
+    list->model()->sort(column == 0 ? 1 : 0, order);
+    list->model()->sort(column, order);
 }
 
 } // namespace
@@ -188,8 +199,10 @@ void FileSystemWidget::newFolderSlot()
         return;
     }
     const QModelIndex folder = m_model->index(root);
-    if (folder.isValid())
-        m_model->mkdir(folder, answer);
+    if (!folder.isValid())
+        return;
+    m_model->mkdir(folder, answer);
+    sortAnew(m_form.listView);
 }
 
 // --- Boxes

@@ -541,6 +541,33 @@ private slots:
         select("new one");
     }
 
+    void aFolderThatIsMadeStandsInItsOrder_data()
+    {
+        QTest::addColumn<Qt::SortOrder>("order");
+        QTest::addColumn<QStringList>("names");
+        QTest::newRow("ascending") << Qt::AscendingOrder << QStringList{"a", "m", "z", "b.txt"};
+        QTest::newRow("descending") << Qt::DescendingOrder << QStringList{"b.txt", "z", "m", "a"};
+    }
+    void aFolderThatIsMadeStandsInItsOrder()
+    {
+        QFETCH(Qt::SortOrder, order);
+        QFETCH(QStringList, names);
+        addFolder("a");
+        addFolder("z");
+        addFile("b.txt");
+        list()->sortByColumn(0, order);
+        const auto shown = [this] {
+            QStringList rows;
+            for (int row = 0; row < model()->rowCount(icons()->rootIndex()); ++row)
+                rows.append(model()->index(row, 0, icons()->rootIndex()).data().toString());
+            return rows;
+        };
+        QTRY_COMPARE(shown().size(), 3);
+        expectQuestion(QStringLiteral("m"));
+        press("newFolderButton");
+        QCOMPARE(shown(), names);
+    }
+
     void withoutANameNoFolderIsMade()
     {
         QVERIFY(isLoaded());
