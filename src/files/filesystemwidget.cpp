@@ -70,7 +70,6 @@ FileSystemWidget::FileSystemWidget(QWidget* parent, bool noDriveManager, const Q
     connectForm();
     setUpShortcuts();
     setEnabledButtons();
-    m_form.iconView->setFocus();
 }
 
 FileSystemWidget::~FileSystemWidget()

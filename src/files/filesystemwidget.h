@@ -91,6 +91,9 @@ public slots:
     void removeFile();
     void renameFile(const QString& newName);
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     void setUpViews();
     void setUpShortcuts();

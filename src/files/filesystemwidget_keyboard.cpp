@@ -39,6 +39,14 @@ void FileSystemWidget::setUpShortcuts()
     onReturn(f.placesView, [this] { placesDoubleClicked(m_form.placesView->currentIndex()); });
 }
 
+// Not earlier: window flags, which a page gets once it is made, forget who has the keyboard.
+void FileSystemWidget::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (!focusWidget())
+        viewInSight()->setFocus();
+}
+
 // The keyboard goes on beside what was removed or renamed, and nothing is selected in its place.
 void FileSystemWidget::leaveRows(const QModelIndex& parent, int first, int last)
 {

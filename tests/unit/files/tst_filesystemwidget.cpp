@@ -3,6 +3,7 @@
 
 #include "files/fileiconprovider.h"
 #include "files/icondelegate.h"
+#include "shell/ownwindow.h"
 #include "support/markingtranslator.h"
 #include "support/ownmethods.h"
 #include "winapi/remoteclientmanager.h"
@@ -754,6 +755,23 @@ private slots:
         QTest::keyClick(button("listViewButton"), Qt::Key_Space);
         QVERIFY(list()->isVisible());
         QCOMPARE(manager().focusWidget(), list());
+    }
+
+    void aPageOfTheShellStartsWithTheKeyboardInTheFolder()
+    {
+        endManager();
+        FileSystemWidget page(nullptr, true, folder());
+        shell::setPageFlags(&page);
+        page.show();
+        page.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&page));
+        QCOMPARE(QApplication::focusWidget(), page.findChild<QListView*>(QStringLiteral("iconView")));
+        // Later it is where the user left it.
+        auto* const button = page.findChild<QPushButton*>(QStringLiteral("upButton"));
+        button->setFocus();
+        page.hide();
+        page.show();
+        QCOMPARE(page.focusWidget(), button);
     }
 
     void aButtonThatIsDisabledLeavesTheKeyboardToTheFolder()
