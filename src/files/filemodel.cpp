@@ -6,6 +6,7 @@
 namespace {
 
 constexpr int lookUpTime = 20;    // ms, between two rounds of the event loop
+constexpr int readingTime = 250;  // ms, between two looks while the folder is being read
 constexpr int wantedLimit = 1000; // more than any screen shows
 
 // What the model beneath is given, which asks it on any of its threads.
@@ -27,16 +28,20 @@ QFileIconProvider* noIcons()
 FileModel::FileModel(const QFileIconProvider* icons, QObject* parent)
     : QFileSystemModel(parent)
     , m_provider(icons)
+    , m_folderIcon(icons->icon(QFileIconProvider::Folder))
+    , m_fileIcon(icons->icon(QFileIconProvider::File))
 {
     setIconProvider(noIcons());
     m_lookUp.setSingleShot(true);
-    m_lookUp.setInterval(0);
-    connect(&m_lookUp, SIGNAL(timeout()), this, SLOT(lookUpIcons()));
+    // Queued: the model beneath sorts in the same way, and comes first.
+    connect(&m_lookUp, SIGNAL(timeout()), this, SLOT(lookUpIcons()), Qt::QueuedConnection);
     connect(this, SIGNAL(dataChanged(QModelIndex, QModelIndex, QVector<int>)), this,
             SLOT(forget(QModelIndex, QModelIndex, QVector<int>)));
     connect(this, SIGNAL(rowsAboutToBeRemoved(QModelIndex, int, int)), this,
             SLOT(forgetRows(QModelIndex, int, int)));
     connect(this, SIGNAL(rootPathChanged(QString)), this, SLOT(forgetAll()));
+    connect(this, SIGNAL(layoutChanged()), this, SLOT(forgetWanted()));
+    connect(this, SIGNAL(directoryLoaded(QString)), this, SLOT(folderWasRead(QString)));
 }
 
 QVariant FileModel::data(const QModelIndex& index, int role) const
@@ -49,7 +54,7 @@ QVariant FileModel::data(const QModelIndex& index, int role) const
 QVariant FileModel::icon(const QModelIndex& index) const
 {
     if (isDir(index))
-        return m_provider->icon(QFileIconProvider::Folder);
+        return m_folderIcon;
     const QString path = filePath(index);
     const auto known = m_icons.constFind(path);
     if (known != m_icons.constEnd())
@@ -59,8 +64,8 @@ QVariant FileModel::icon(const QModelIndex& index) const
     if (m_wanted.size() > wantedLimit)
         m_wanted.removeFirst(); // painting it again asks again
     if (!m_lookUp.isActive())
-        m_lookUp.start();
-    return m_provider->icon(QFileIconProvider::File);
+        lookUpLater();
+    return m_fileIcon;
 }
 
 void FileModel::lookUpIcons()
@@ -76,7 +81,20 @@ void FileModel::lookUpIcons()
         emit dataChanged(entry, entry, {Qt::DecorationRole});
     }
     if (!m_wanted.isEmpty())
-        m_lookUp.start();
+        lookUpLater();
+}
+
+// What is in view now may not be when the folder has been read and sorted.
+void FileModel::lookUpLater() const
+{
+    m_lookUp.start(m_read.contains(rootPath()) ? 0 : readingTime);
+}
+
+void FileModel::folderWasRead(const QString& path)
+{
+    m_read.insert(path);
+    if (m_lookUp.isActive())
+        lookUpLater();
 }
 
 void FileModel::forget(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QVector<int>& roles)
@@ -91,6 +109,12 @@ void FileModel::forgetRows(const QModelIndex& parent, int first, int last)
 {
     if (!m_icons.isEmpty())
         forget(index(first, 0, parent), index(last, 0, parent), {});
+}
+
+// After sorting, views paint everything anew, and ask again for what is in view then.
+void FileModel::forgetWanted()
+{
+    m_wanted.clear();
 }
 
 void FileModel::forgetAll()

@@ -19,7 +19,11 @@ namespace {
 class AskedProvider : public QFileIconProvider
 {
 public:
-    QIcon icon(IconType type) const override { return colored(type == Folder ? Qt::blue : Qt::white); }
+    QIcon icon(IconType type) const override
+    {
+        ++pictures;
+        return colored(type == Folder ? Qt::blue : Qt::white);
+    }
     QIcon icon(const QFileInfo& info) const override
     {
         isElsewhere = isElsewhere || QThread::currentThread() != qApp->thread();
@@ -35,7 +39,8 @@ public:
         return QIcon(picture);
     }
 
-    unsigned long time = 0; // ms, for a look
+    unsigned long time = 0;   // ms, for a look
+    mutable int pictures = 0; // of types
     mutable QStringList asked;
     mutable std::atomic<bool> isElsewhere{false};
 };
@@ -57,6 +62,19 @@ class FileModelTest : public QuilletTest
     QString path(const QString& name) { return sandbox().scratch() + QLatin1Char('/') + name; }
     QModelIndex index(const QString& name) { return m_model->index(path(name)); }
     QColor color(const QString& name) { return colorOf(index(name).data(Qt::DecorationRole)); }
+    // Nobody says of them that they have been read.
+    void showDrives()
+    {
+        QSignalSpy sorted(m_model.get(), SIGNAL(layoutChanged()));
+        m_model->setRootPath(QString());
+        QTRY_VERIFY(!sorted.isEmpty());
+    }
+    // As a view that paints again when the model was sorted.
+    int askedAfterPainting(const QString& name)
+    {
+        color(name);
+        return m_provider.asked.size();
+    }
     void load(int files)
     {
         for (int i = 0; i < files; ++i)
@@ -66,6 +84,7 @@ class FileModelTest : public QuilletTest
         m_model->setRootPath(sandbox().scratch());
         QVERIFY(loaded.wait(30000));
         QTRY_COMPARE(m_model->rowCount(m_model->index(sandbox().scratch())), files + 1);
+        m_model->sort(0); // it would do so a little later
     }
 
 private slots:
@@ -75,6 +94,7 @@ private slots:
         m_provider.asked.clear();
         m_provider.isElsewhere = false;
         m_provider.time = 0;
+        m_provider.pictures = 0;
         m_model = std::make_unique<FileModel>(&m_provider);
     }
     void cleanup()
@@ -151,8 +171,7 @@ private slots:
         QTRY_VERIFY(!index("f00001.txt").isValid());
         Sandbox::writeFile(path("f00001.txt"), "another");
         QTRY_VERIFY(index("f00001.txt").isValid());
-        color("f00001.txt");
-        QTRY_COMPARE(m_provider.asked.size(), 2);
+        QTRY_COMPARE(askedAfterPainting("f00001.txt"), 2);
     }
 
     void anotherFolderForgetsEverything()
@@ -161,8 +180,7 @@ private slots:
         color("f00001.txt");
         QTRY_COMPARE(m_provider.asked.size(), 1);
         m_model->setRootPath(path("folder"));
-        color("f00001.txt");
-        QTRY_COMPARE(m_provider.asked.size(), 2);
+        QTRY_COMPARE(askedAfterPainting("f00001.txt"), 2);
     }
 
     void foldersNeedNoLookUp()
@@ -171,6 +189,15 @@ private slots:
         QCOMPARE(color("folder"), QColor(Qt::blue));
         QTest::qWait(50);
         QCOMPARE(m_provider.asked, QStringList());
+    }
+
+    void thePicturesOfFoldersAndFilesAreMadeOnce()
+    {
+        load(3);
+        for (int i = 0; i < 10; ++i)
+            for (const char* const name : {"folder", "f00000.txt", "f00001.txt"})
+                color(name);
+        QCOMPARE(m_provider.pictures, 2);
     }
 
     void otherColumnsAndNoEntryHaveNoIcon()
@@ -227,6 +254,48 @@ private slots:
         QCOMPARE(m_provider.asked.size(), 2);
         for (const QList<QVariant>& arguments : changed)
             QVERIFY(arguments.value(0).toModelIndex().isValid());
+    }
+
+    void whileAFolderIsReadIconsWait()
+    {
+        load(5);
+        showDrives();
+        m_provider.time = 25;
+        QElapsedTimer sincePainting;
+        sincePainting.start();
+        for (int i = 0; i < 5; ++i)
+            color(QStringLiteral("f0000%1.txt").arg(i));
+        QTest::qWait(50);
+        const int asked = m_provider.asked.size();
+        if (sincePainting.elapsed() < 250)
+            QCOMPARE(asked, 0);
+        QTRY_COMPARE(m_provider.asked.size(), 5); // they get their turns all the same
+    }
+
+    void afterAFolderWasReadIconsDoNotWait()
+    {
+        load(5);
+        showDrives();
+        color("f00000.txt");
+        emit m_model->directoryLoaded(m_model->rootPath());
+        QTRY_COMPARE(m_provider.asked.size(), 1);
+        color("f00001.txt");
+        color("f00002.txt");
+        for (int round = 0; round < 10 && m_provider.asked.size() < 3; ++round)
+            QCoreApplication::processEvents();
+        QCOMPARE(m_provider.asked.size(), 3);
+    }
+
+    void whatWasInViewBeforeTheFolderWasSortedIsNotAskedFor()
+    {
+        load(5);
+        color("f00000.txt");
+        color("f00001.txt");
+        m_model->sort(0, Qt::DescendingOrder);
+        color("f00004.txt");
+        QTRY_COMPARE(m_provider.asked, QStringList("f00004.txt"));
+        QTest::qWait(50);
+        QCOMPARE(m_provider.asked, QStringList("f00004.txt"));
     }
 
     void slowIconsLetTheEventLoopRunInBetween()
