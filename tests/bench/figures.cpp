@@ -52,3 +52,17 @@ void printLine(const char* name, const Figures& figures)
     std::printf("%-36s %12.1f %12.1f %12.1f %12.1f %8.2f\n", name, ours, percentile(figures.ours, 0.99), bare,
                 percentile(figures.bare, 0.99), ours / bare);
 }
+
+void printLeastHeader()
+{
+    std::printf("%-36s %12s %12s %12s %12s %8s\n", "", "ours least", "ours median", "bare least",
+                "bare median", "ratio");
+}
+
+void printLeast(const char* name, const Figures& figures)
+{
+    const double ours = percentile(figures.ours, 0);
+    const double bare = percentile(figures.bare, 0);
+    std::printf("%-36s %12.0f %12.0f %12.0f %12.0f %8.2f\n", name, ours, percentile(figures.ours, 0.5), bare,
+                percentile(figures.bare, 0.5), ours / bare);
+}

@@ -7,7 +7,7 @@
 // same machine.
 struct Figures
 {
-    std::vector<double> ours; // microseconds
+    std::vector<double> ours; // microseconds, where nothing else is said
     std::vector<double> bare;
 };
 
@@ -19,3 +19,8 @@ Figures measure(
 void printHeader();
 // One line: median and 99th percentile of each, and the ratio of the medians.
 void printLine(const char* name, const Figures& figures);
+
+// The same for what takes long, is done a few times, and is the more disturbed by the machine's other work:
+// the least and the median of each, and the ratio of the least. `name` says the unit.
+void printLeastHeader();
+void printLeast(const char* name, const Figures& figures);
