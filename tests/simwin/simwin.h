@@ -114,4 +114,8 @@ void setWindowOfClass(const QString& className, quintptr window);
 // Whether the token has the local Administrators group.
 void setAdministrator(bool isAdministrator);
 
+// The password of the user's account; "tide" at first.
+QString accountPassword();
+void setAccountPassword(const QString& password);
+
 } // namespace simwin

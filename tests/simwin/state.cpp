@@ -39,6 +39,7 @@ void reset()
     windows.localBlocks.clear();
     windows.windowsByClass.clear();
     windows.groups.clear();
+    windows.accountPassword = QStringLiteral("tide");
     windows.recording = true;
     windows.windows.clear();
     windows.zOrder.clear();

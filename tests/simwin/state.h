@@ -88,6 +88,7 @@ struct State
     QWaitCondition sessionEventHappened;
     DWORD sessionEvents = 0; // not yet waited for
     int resets = 0;          // an event is for those who began to wait after the last one
+    QString accountPassword;
     QSet<QByteArray> groups; // SIDs of the token's enabled groups, in binary form
 };
 

@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <lm.h>
 #include <shellapi.h>
 #include <winnetwk.h>
 #include <wtsapi32.h>
@@ -15,6 +16,7 @@
 
 #define SIMWIN_CONSTANT(type, name, value)                                                                   \
     static_assert(static_cast<unsigned long long>(name) == static_cast<unsigned long long>(value), #name);
+#include "../simwin/include/lm_constants.def"
 #include "../simwin/include/shellapi_constants.def"
 #include "../simwin/include/windows_constants.def"
 #include "../simwin/include/winnetwk_constants.def"
@@ -23,6 +25,7 @@
 
 #define SIMWIN_FUNCTION(result, name, parameters)                                                            \
     static_assert(std::is_same_v<decltype(&name), result(WINAPI*) parameters>, #name);
+#include "../simwin/include/lm_functions.def"
 #include "../simwin/include/shellapi_functions.def"
 #include "../simwin/include/windows_functions.def"
 #include "../simwin/include/winnetwk_functions.def"
