@@ -15,6 +15,11 @@ bool pressWithEnter(QWidget* widget, const QKeyEvent& event)
     return true;
 }
 
+bool isHeldEnter(const QKeyEvent& event)
+{
+    return event.isAutoRepeat() && (event.key() == Qt::Key_Enter || event.key() == Qt::Key_Return);
+}
+
 bool isArrowKey(const QKeyEvent& event)
 {
     switch (event.key()) {

@@ -10,6 +10,9 @@ namespace shell {
 // the button does may end its window.
 bool pressWithEnter(QWidget* widget, const QKeyEvent& event);
 
+// Whether it is Enter once more, because it is held.
+bool isHeldEnter(const QKeyEvent& event);
+
 bool isArrowKey(const QKeyEvent& event);
 
 // Whether the Tab key can lead to the widget.

@@ -20,6 +20,6 @@ void PlainButton::keyPressEvent(QKeyEvent* event)
 {
     if (shell::isArrowKey(*event))
         event->ignore();
-    else
+    else if (!shell::isHeldEnter(*event)) // which a dialog's buttons would be pressed with again
         QPushButton::keyPressEvent(event);
 }

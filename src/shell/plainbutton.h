@@ -5,7 +5,7 @@
 #include <QPushButton>
 
 // An ordinary button in the style's look, but for the focus, which it shows as the shell's other buttons do.
-// The arrow keys are left to its parents. Belongs to its parent.
+// The arrow keys are left to its parents; Enter presses once, however long it is held. Belongs to its parent.
 class PlainButton : public QPushButton
 {
     Q_OBJECT

@@ -6,6 +6,7 @@
 #include "preview/stage.h"
 #include "session/busycursor.h"
 #include "session/initscreen.h"
+#include "session/userconfig.h"
 #include "shell/appbutton.h"
 #include "shell/closebutton.h"
 #include "shell/focusframe.h"
@@ -235,6 +236,25 @@ Scene openConfiguration(Stage& stage)
     return {page.get(), page};
 }
 
+// In place, over the panel.
+Scene openPasswordDialog(Stage& stage)
+{
+    const auto panel = std::make_shared<Configure>(nullptr, QLatin1String(pageColor));
+    panel->resize(stage.pageSize());
+    auto* const dialog = new UserConfig(panel.get()); // the panel's
+    dialog->setFixedSize(panel->size());
+    show(panel.get());
+    dialog->show();
+    return {panel.get(), panel};
+}
+
+void typePasswords(const Scene& s, const char* newPassword, const char* repeated)
+{
+    QTest::keyClicks(nth<QLineEdit>(s, 1), QStringLiteral("tide"));
+    QTest::keyClicks(nth<QLineEdit>(s, 2), QLatin1String(newPassword));
+    QTest::keyClicks(nth<QLineEdit>(s, 3), QLatin1String(repeated));
+}
+
 // The whole shell. What it starts opens a window on the simulated Windows a moment later.
 Scene openDesktop(Stage&)
 {
@@ -266,6 +286,8 @@ void launch(const Scene& scene, int count)
             qFatal("no window came");
     }
 }
+
+const QByteArray longPassword(500, 'w');
 
 const QStringList strangeNames = {QString(),
                                   QStringLiteral("Text Editor"),
@@ -404,6 +426,26 @@ QList<Page> pages()
            },
            {}}}},
         {"configuration", "the configuration panel", openConfiguration, {rest}},
+        {"password",
+         "the password dialog",
+         openPasswordDialog,
+         {rest,
+          {"filled", [](const Scene& s) { typePasswords(s, "spring tide", "spring tide"); }, {}},
+          {"long", [](const Scene& s) { typePasswords(s, longPassword.constData(), ""); }, {}},
+          {"focused", [](const Scene& s) { focus(nth<PlainButton>(s, 1)); }, {}}}},
+        {"password-refusal",
+         "what the password dialog says of two passwords that differ",
+         [](Stage& stage) {
+             Scene scene = openPasswordDialog(stage);
+             typePasswords(scene, "spring tide", "neap tide");
+             ask([dialog = QPointer<UserConfig>(nth<UserConfig>(scene, 0))] {
+                 if (dialog)
+                     dialog->accept();
+             });
+             scene.page = nullptr;
+             return scene;
+         },
+         {rest}},
         {"desktop",
          "the whole shell",
          openDesktop,
