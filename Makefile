@@ -23,7 +23,7 @@ run:
 	@echo "make run: building the shell and starting it under Wine (1 minute from scratch; 15 minutes the first time)"
 	@tools/setup build windows wine
 	@tools/build native twserver
-	@tools/build windows dist asuser logwait listwindows stacking standin-wtsapi32
+	@tools/build windows dist asuser logwait listwindows stacking standins
 	@SERVER=$(SERVER) tools/run
 
 preview:
@@ -56,7 +56,7 @@ bench:
 	@echo "make bench: building for measuring and measuring (6 minutes from scratch; 20 the first time)"
 	@tools/setup build windows wine
 	@tools/build bench benches
-	@tools/build windows dist benches standin-wtsapi32
+	@tools/build windows dist benches standins
 	@tools/bench
 
 windows:

@@ -1,10 +1,12 @@
 // groundprobe
 //
 // Does with the stand-ins what the shell does, and says on standard output what came of it, a line for each:
-// tells the system's task bar of a work area ("told"), disconnects the session ("disconnected 1"), waits for
-// session events ("event 8") and follows the screen ("screen 1280x800").
+// tells the system's task bar of a work area ("told"), disconnects the session ("disconnected 1"), changes
+// the user's password twice ("password 2245"), waits for session events ("event 8") and follows the screen
+// ("screen 1280x800").
 #include <windows.h>
 
+#include <lm.h>
 #include <wtsapi32.h>
 
 #include <QApplication>
@@ -48,6 +50,9 @@ int main(int argc, char** argv)
     std::printf("told\n");
     std::printf("disconnected %d\n",
                 WTSDisconnectSession(WTS_CURRENT_SERVER_HANDLE, WTS_CURRENT_SESSION, FALSE));
+    std::printf("password %lu\n",
+                NetUserChangePassword(nullptr, nullptr, L"tide", L"ebb \u00E9\xD83C\xDF0A"));
+    std::printf("password %lu\n", NetUserChangePassword(L"", nullptr, L"a\\b\tc", L"d\r\n"));
     std::thread(tellEvents).detach();
     QApplication application(argc, argv);
     QT_WARNING_PUSH

@@ -64,6 +64,7 @@ private slots:
 
     void theStandInsAnswerTheShellAndTheScreenChangesItsSize()
     {
+        QVERIFY(m_session->setPasswordResult(2245));
         QProcess probe;
         // As startShell() starts the shell.
         m_session->startAsUser(
@@ -74,6 +75,11 @@ private slots:
         QCOMPARE(m_session->taskBarCommands(), QStringList({"command 419", "command 416"}));
         QVERIFY(waitForLine(probe, QStringLiteral("disconnected 1")));
         QCOMPARE(m_session->disconnections(), QStringList(QStringLiteral("server 0, session -1, wait 0")));
+        for (int i = 0; i < 2; ++i)
+            QVERIFY(waitForLine(probe, QStringLiteral("password 2245")));
+        QCOMPARE(m_session->passwordChanges(),
+                 QStringList({QString::fromUtf8("\\0\t\\0\ttide\tebb \u00E9\xF0\x9F\x8C\x8A"),
+                              QStringLiteral("\t\\0\ta\\\\b\\tc\td\\r\\n")}));
         QVERIFY(waitForLine(probe, QStringLiteral("screen 1280x800")));
 
         // Nobody spins while there is nothing to tell: once all have started, a second passes with less than

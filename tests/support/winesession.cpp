@@ -115,6 +115,8 @@ void WineSession::startAsUser(QProcess& process, const QString& program, const Q
 {
     const QStringList records = {
         QStringLiteral("ASUSER_COMMANDS=") + windowsPath(record(QStringLiteral("commands"))),
+        QStringLiteral("PASSWORD_CHANGES=") + windowsPath(record(QStringLiteral("password-changes"))),
+        QStringLiteral("PASSWORD_RESULT=") + windowsPath(record(QStringLiteral("password-result"))),
         QStringLiteral("WTS_DISCONNECTIONS=") + windowsPath(record(QStringLiteral("disconnections")))};
     start(process, tools() + QStringLiteral("/asuser.exe"), QStringList(program) + arguments, dist(),
           records + variables);
@@ -170,6 +172,17 @@ QStringList WineSession::taskBarCommands() const
 QStringList WineSession::disconnections() const
 {
     return readRecord(record(QStringLiteral("disconnections")));
+}
+
+QStringList WineSession::passwordChanges() const
+{
+    return readRecord(record(QStringLiteral("password-changes")));
+}
+
+bool WineSession::setPasswordResult(quint32 result)
+{
+    QFile file(record(QStringLiteral("password-result")));
+    return file.open(QIODevice::WriteOnly) && file.write(QByteArray::number(result)) > 0;
 }
 
 bool WineSession::playSessionEvent(const QString& event, int times)

@@ -24,8 +24,8 @@ struct WineWindow
 class WineSession
 {
 public:
-    // `story` names the pictures; the screen is width x height pixels. In place of Wine's own wtsapi32 there
-    // is one that plays session events.
+    // `story` names the pictures; the screen is width x height pixels. In place of some of Wine's own
+    // libraries there are those of standins/.
     explicit WineSession(const QString& story, int width = 1280, int height = 800);
     ~WineSession();
     Q_DISABLE_COPY(WineSession)
@@ -65,6 +65,12 @@ public:
     // the Windows session, "server 0, session -1, wait 0" for each; of all shells since this object was made.
     QStringList taskBarCommands() const;
     QStringList disconnections() const;
+
+    // The password changes that the shell asked Windows for, whatever came of them; of all shells since this
+    // object was made. Each is domain, user, old and new password, as standins/netapi32.cpp writes them.
+    QStringList passwordChanges() const;
+    // What comes of them from now on: Windows' result code, 0 at first. False when it could not be said.
+    bool setPasswordResult(quint32 result);
 
     // Tells who waits for session events, or will soon, of one: "connect", "disconnect", "logon" or "logoff",
     // so many times at once. False when nobody waited for a minute.
