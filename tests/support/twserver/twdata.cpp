@@ -92,7 +92,6 @@ bool TwData::load(const QString& path, QString* error)
     for (const auto& value : extensionsArray) {
         const QJsonObject object = value.toObject();
         extensions.append({object.value(QLatin1String("extension")).toString(),
-                           object.value(QLatin1String("type")).toString(),
                            strings(object.value(QLatin1String("applications")))});
     }
     return true;
@@ -203,10 +202,10 @@ QString TwData::answer(const QString& command, const QString& argument) const
         return refusal("unknown extension");
     }
     if (command == QLatin1String("get_application_extensions_list")) {
-        QStringList lines;
+        QStringList names;
         for (const Extension& extension : extensions)
-            lines.append(extension.extension + QLatin1String(": ") + extension.type);
-        return lines.join(QLatin1Char(','));
+            names.append(extension.extension);
+        return names.join(QLatin1Char(','));
     }
     if (command == QLatin1String("get_valid_applications"))
         return valid.join(QLatin1Char(','));

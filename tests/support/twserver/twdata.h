@@ -14,8 +14,7 @@
 // - applications: a list of id, name, displayName, execPath, arguments, onlyOne, server, icon (a path from
 // the file)
 // - valid: ids that users may run; all applications when it is missing
-// - extensions: a list of extension (with its dot), type, applications (ids, "!" before those the user
-// excluded)
+// - extensions: a list of extension (with its dot), applications (ids, "!" before those the user excluded)
 struct TwData
 {
     struct User
@@ -47,7 +46,6 @@ struct TwData
     struct Extension
     {
         QString extension;
-        QString type;
         QStringList applications;
     };
 

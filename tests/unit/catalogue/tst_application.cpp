@@ -538,7 +538,7 @@ private slots:
         setValid("a,b");
         useServer();
         m_server->setFault("get_applications?", {TwFault::HangUp});
-        m_server->data.extensions.append({QStringLiteral(".doc"), QString(), list("a:b")});
+        m_server->data.extensions.append({QStringLiteral(".doc"), list("a:b")});
         const QList<Application*> applications = Application::applicationsFor(QStringLiteral(".doc"));
         for (const Application* application : applications)
             QVERIFY(application->icon().isNull());

@@ -106,8 +106,8 @@ private slots:
         application.icon = Sandbox::readFile(QStringLiteral(":/icons/64x64/folder.png"));
         server.data.applications.insert(QStringLiteral("writer"), application);
         server.data.valid.append(QStringLiteral("writer"));
-        server.data.extensions.append({".txt", "text/plain", {"writer"}});
-        server.data.extensions.append({".none", "text/none", {"other"}});
+        server.data.extensions.append(TwData::Extension{".txt", {"writer"}});
+        server.data.extensions.append(TwData::Extension{".none", {"other"}});
         QVERIFY(server.start());
         sandbox().writeSettings("[Server]\nTidewellServerAddress=127.0.0.1\nTidewellServerPort=" +
                                 QByteArray::number(server.port()) + '\n');

@@ -41,7 +41,7 @@ private slots:
         row("get_applications?.xyz", "Error: unknown extension");
         row("get_applications_by_group?office", "wordpad:notepad");
         row("get_applications_by_group?none", "Error: unknown group");
-        row("get_application_extensions_list", ".txt: text/plain,.rtf: application/rtf");
+        row("get_application_extensions_list", ".txt,.rtf");
         row("get_valid_applications", "notepad,wordpad,winemine,regedit,taskmgr");
         row("get_application_name?winemine", "winemine");
         row("get_application_display_name?winemine", "Minesweeper");

@@ -41,8 +41,7 @@ class LaunchingTest : public ShellTest
         startServer();
         addToServer(QStringLiteral("probe"), QStringLiteral(PROBE), QStringLiteral("127.0.0.1"),
                     QStringLiteral("windows"));
-        server().data.extensions.append(
-            {QStringLiteral(".txt"), QStringLiteral("text/plain"), {QStringLiteral("probe")}});
+        server().data.extensions.append({QStringLiteral(".txt"), {QStringLiteral("probe")}});
     }
 
 private slots:
