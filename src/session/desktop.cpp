@@ -373,6 +373,8 @@ void Desktop::mapWidget(QWidget* widget, bool force)
     fitPage(widget);
     widget->setFocus(Qt::OtherFocusReason);
     widget->show();
+    if (!widget->isWindow())
+        widget->raise(); // a tool, above what its page shows
     widget->activateWindow();
     widget->updateGeometry();
     keepQuestionInFront();

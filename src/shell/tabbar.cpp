@@ -176,6 +176,7 @@ void TabBar::fillPages()
     m_launcher->setLogo();
     m_fileManager->adjustLayout();
     m_configuration->setFixedSize(m_launcher->size());
+    m_configuration->setUp();
 }
 
 // --- The list of buttons

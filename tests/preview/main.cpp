@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QDialog>
 #include <QDir>
 #include <QPainter>
 #include <QTimer>
@@ -81,8 +82,8 @@ bool photograph(const Page& page, const State& state, const QString& file)
             QTimer::singleShot(0, qApp, [&] {
                 const QPixmap picture = scene.page ? scene.page->grab() : screenPicture();
                 written = picture.save(file);
-                if (QWidget* const box = QApplication::activeModalWidget())
-                    box->close();
+                if (auto* const box = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+                    box->reject(); // some boxes cannot be closed without an answer
             });
         });
         if (!QTest::qWaitFor([&] { return written; }))

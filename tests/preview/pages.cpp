@@ -1,6 +1,7 @@
 #include "preview/pages.h"
 
 #include "config/configure.h"
+#include "config/mimeconfig.h"
 #include "files/filesystemwidget.h"
 #include "instances/appinstance.h"
 #include "preview/stage.h"
@@ -20,10 +21,12 @@
 #include "support/runningshell.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QListWidget>
 #include <QPointer>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -230,29 +233,64 @@ void showList(const Scene& s)
 
 Scene openConfiguration(Stage& stage)
 {
+    stage.connectClient();
     const auto page = std::make_shared<Configure>(nullptr, QLatin1String(pageColor));
     page->resize(stage.pageSize());
+    page->setUp();
     show(page.get());
     return {page.get(), page};
 }
 
-// In place, over the panel.
-Scene openPasswordDialog(Stage& stage)
+// One of its tools, in place, as the controller shows it.
+template <typename Tool>
+Scene openTool(Stage& stage)
 {
-    const auto panel = std::make_shared<Configure>(nullptr, QLatin1String(pageColor));
-    panel->resize(stage.pageSize());
-    auto* const dialog = new UserConfig(panel.get()); // the panel's
-    dialog->setFixedSize(panel->size());
-    show(panel.get());
-    dialog->show();
-    return {panel.get(), panel};
+    Scene scene = openConfiguration(stage);
+    Tool* const tool = nth<Tool>(scene, 0);
+    tool->setFixedSize(stage.pageSize());
+    tool->move(0, 0);
+    tool->setFocus(Qt::OtherFocusReason);
+    tool->show();
+    tool->raise();
+    return scene;
 }
 
 void typePasswords(const Scene& s, const char* newPassword, const char* repeated)
 {
-    QTest::keyClicks(nth<QLineEdit>(s, 1), QStringLiteral("tide"));
-    QTest::keyClicks(nth<QLineEdit>(s, 2), QLatin1String(newPassword));
-    QTest::keyClicks(nth<QLineEdit>(s, 3), QLatin1String(repeated));
+    UserConfig* const dialog = nth<UserConfig>(s, 0);
+    const auto fields = dialog->findChildren<QLineEdit*>();
+    QTest::keyClicks(fields.at(1), QStringLiteral("tide"));
+    QTest::keyClicks(fields.at(2), QLatin1String(newPassword));
+    QTest::keyClicks(fields.at(3), QLatin1String(repeated));
+}
+
+Scene openAssociations(Stage& stage)
+{
+    stage.addAssociations();
+    return openTool<MimeConfig>(stage);
+}
+
+// The n-th entry of one of its boxes, as a user chooses it.
+void choose(const Scene& scene, const char* name, int index)
+{
+    auto* const box = scene.page->findChild<QComboBox*>(QLatin1String(name));
+    box->setCurrentIndex(index);
+    QMetaObject::invokeMethod(box, "activated", Q_ARG(int, index));
+}
+
+QListWidget* listOf(const Scene& scene, const char* name)
+{
+    return scene.page->findChild<QListWidget*>(QLatin1String(name));
+}
+
+void changeAssociations(const Scene& scene)
+{
+    choose(scene, "groupBox", 5); // Office
+    choose(scene, "extensionsBox", 2);
+    listOf(scene, "applicationsList")->setCurrentRow(1);
+    scene.page->findChild<QPushButton*>(QStringLiteral("addButton"))->click();
+    listOf(scene, "selectedList")->setCurrentRow(2);
+    scene.page->findChild<QPushButton*>(QStringLiteral("upButton"))->click();
 }
 
 // The whole shell. What it starts opens a window on the simulated Windows a moment later.
@@ -428,7 +466,7 @@ QList<Page> pages()
         {"configuration", "the configuration panel", openConfiguration, {rest}},
         {"password",
          "the password dialog",
-         openPasswordDialog,
+         openTool<UserConfig>,
          {rest,
           {"filled", [](const Scene& s) { typePasswords(s, "spring tide", "spring tide"); }, {}},
           {"long", [](const Scene& s) { typePasswords(s, longPassword.constData(), ""); }, {}},
@@ -436,11 +474,45 @@ QList<Page> pages()
         {"password-refusal",
          "what the password dialog says of two passwords that differ",
          [](Stage& stage) {
-             Scene scene = openPasswordDialog(stage);
+             Scene scene = openTool<UserConfig>(stage);
              typePasswords(scene, "spring tide", "neap tide");
              ask([dialog = QPointer<UserConfig>(nth<UserConfig>(scene, 0))] {
                  if (dialog)
                      dialog->accept();
+             });
+             scene.page = nullptr;
+             return scene;
+         },
+         {rest}},
+        {"associations",
+         "the association editor",
+         openAssociations,
+         {rest,
+          {"chosen",
+           [](const Scene& s) {
+               choose(s, "groupBox", 5);
+               listOf(s, "applicationsList")->setCurrentRow(1);
+           },
+           {}},
+          {"changed", changeAssociations, {}},
+          {"focused",
+           [](const Scene& s) {
+               changeAssociations(s);
+               focus(s.page->findChild<QWidget*>(QStringLiteral("upButton")));
+           },
+           {}},
+          {"empty-group", [](const Scene& s) { choose(s, "groupBox", 1); }, {}},
+          {"strange-names", [](const Scene& s) { listOf(s, "selectedList")->setCurrentRow(8); },
+           [](Stage& stage) { stage.offer(strangeNames); }},
+          {"five-hundred", {}, offerMany}}},
+        {"associations-question",
+         "the question before associations are saved",
+         [](Stage& stage) {
+             Scene scene = openAssociations(stage);
+             changeAssociations(scene);
+             ask([page = QPointer<QWidget>(scene.page)] {
+                 if (page)
+                     page->findChild<QPushButton*>(QStringLiteral("acceptButton"))->click();
              });
              scene.page = nullptr;
              return scene;

@@ -1,5 +1,6 @@
 #include "preview/stage.h"
 
+#include "catalogue/application.h"
 #include "catalogue/cataloguefiles.h"
 #include "env/serverslot.h"
 #include "server/twclient.h"
@@ -87,6 +88,31 @@ void Stage::offer(const QStringList& displayNames)
         m_server.data.applications.insert(id, application);
         m_server.data.valid.append(id);
     }
+}
+
+void Stage::addAssociations()
+{
+    TwData& data = m_server.data;
+    data.groups.clear();
+    const QStringList names = Application::groupNames(); // the built-in ones: there is no client yet
+    for (const QString& id : Application::groupIds()) {
+        QStringList members;
+        for (const QString& application : qAsConst(data.valid)) {
+            const QString groups = catalogue::applicationValue(application, QStringLiteral("groups"));
+            const QString fallback = QStringLiteral("development"); // of what the catalogue does not know
+            if ((groups.isEmpty() ? fallback : groups).split(QLatin1Char(':')).contains(id))
+                members.append(application);
+        }
+        data.groups.append({id, names.at(data.groups.size()), members});
+    }
+    for (const char* const name : {".odt", ".csv", ".doc", ".pdf", ".png", ".txt", ".zip"}) {
+        const QString extension = QLatin1String(name);
+        const QString type = Application::mimeType(QStringLiteral("x") + extension);
+        data.extensions.append({extension, catalogue::preferredApplications(type)});
+    }
+    if (!data.valid.contains(QStringLiteral("notepad"))) // others are offered
+        data.extensions[0].applications = data.valid;
+    Application::setValidApplications(data.valid);
 }
 
 TWClient* Stage::connectClient()

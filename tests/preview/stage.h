@@ -33,6 +33,8 @@ public:
     QStringList applications() const { return m_server.data.valid; }
     // Offers others instead: ids and display names.
     void offer(const QStringList& displayNames);
+    // The built-in groups of those applications, and a few extensions that they open; before connectClient().
+    void addAssociations();
     // Connects a client, which becomes the process-wide one.
     TWClient* connectClient();
 
