@@ -54,6 +54,8 @@ bool Configure::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent)
         letButtonsHaveFocus();
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::ShowToParent)
+        m_lastKey = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
     if (event->type() == QEvent::Hide) { // earlier than HideToParent: before the focus goes elsewhere
         for (const Tool& tool : std::as_const(m_tools)) {
             if (tool.widget == watched && tool.widget->isHidden()) { // not with the panel
@@ -77,12 +79,12 @@ void Configure::giveFocusBack(const Tool& tool)
     const QWidget* const focused = focusWidget();
     if (!focused || !tool.widget->isAncestorOf(focused))
         return;
-    // A button that was pressed with the mouse has the focus and does not show it.
-    const bool byMouse = qobject_cast<const QAbstractButton*>(focused) && !FocusFrame::isShownOn(focused);
-    if (byMouse)
-        tool.button->setFocus(Qt::OtherFocusReason);
-    else
+    const bool byKey =
+        m_lastKey == Qt::Key_Escape || m_lastKey == Qt::Key_Return || m_lastKey == Qt::Key_Enter;
+    if (byKey || FocusFrame::isShownOn(focused))
         FocusFrame::giveFocus(tool.button);
+    else
+        tool.button->setFocus(Qt::OtherFocusReason);
 }
 
 void Configure::focusInEvent(QFocusEvent* event)

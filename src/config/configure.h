@@ -5,10 +5,10 @@
 class AppButton;
 class ConfigurationDialog;
 
-// The configuration panel, a page of the shell: the launcher's grid with a button for each configuration tool.
-// A tool is a child of the panel and covers it while it is in view; bringing it there is the controller's
-// business, and it hides itself. Tools live as long as the panel and keep their state between showings. The
-// task bar creates and owns the panel. GUI thread only.
+// The configuration panel, a page of the shell: the launcher's grid with a button for each configuration
+// tool. A tool is a child of the panel and covers it while it is in view; bringing it there is the
+// controller's business, and it hides itself. Tools live as long as the panel and keep their state between
+// showings. The task bar creates and owns the panel. GUI thread only.
 class Configure : public Menu
 {
     Q_OBJECT
@@ -45,4 +45,5 @@ private:
     void giveFocusBack(const Tool& tool);
 
     QVector<Tool> m_tools;
+    int m_lastKey = 0; // that the tool in view got, 0 for none
 };

@@ -197,7 +197,6 @@ void MimeConfig::appGroupActivated(int index)
         qDebug("Appending application %s...", qUtf8Printable(entry->text()));
     }
     qDeleteAll(applications);
-    applicationsChanged(m_form.applicationsList->currentRow()); // emptying tells nobody
 }
 
 void MimeConfig::updateSelected(int index)
@@ -220,7 +219,6 @@ void MimeConfig::updateSelected(int index)
             append(m_form.selectedList, Application(id));
     }
     qDeleteAll(associated);
-    selectedChanged(m_form.selectedList->currentRow()); // emptying tells nobody
 }
 
 void MimeConfig::extensionsActivated(int index)
@@ -363,7 +361,7 @@ void MimeConfig::reject()
 bool MimeConfig::focusNextPrevChild(bool next)
 {
     // What lies behind in the panel cannot be seen.
-    QWidget* const target = isVisible() ? shell::nextReachable(this, next) : nullptr;
+    QWidget* const target = shell::nextReachable(this, next);
     if (!target)
         return QDialog::focusNextPrevChild(next);
     target->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);

@@ -7,6 +7,7 @@
 #include "shell/appbutton.h"
 #include "shell/focusframe.h"
 #include "shell/menu.h"
+#include "shell/threadbutton.h"
 #include "support/shelltest.h"
 
 #include <QGridLayout>
@@ -96,7 +97,8 @@ private slots:
     void theToolsAreFoundThroughTheMetaObject()
     {
         startShell();
-        for (QDialog* const tool : {static_cast<QDialog*>(&associations()), static_cast<QDialog*>(&password())}) {
+        for (QDialog* const tool :
+             {static_cast<QDialog*>(&associations()), static_cast<QDialog*>(&password())}) {
             auto* const interface = qobject_cast<ConfigurationDialog*>(tool);
             QVERIFY(interface);
             QCOMPARE(interface->widget(), static_cast<QWidget*>(tool));
@@ -108,7 +110,8 @@ private slots:
     {
         startShell();
         openPanel();
-        for (const QWidget* const tool : {static_cast<QWidget*>(&associations()), static_cast<QWidget*>(&password())}) {
+        for (const QWidget* const tool :
+             {static_cast<QWidget*>(&associations()), static_cast<QWidget*>(&password())}) {
             QCOMPARE(tool->parentWidget(), static_cast<QWidget*>(&panel()));
             QVERIFY(!tool->isWindow());
             QVERIFY(tool->isHidden());
