@@ -76,7 +76,7 @@ public:
     {
         QDir().mkpath(m_folder);
         story.publish(letters, sand, {"--title", lettersTitle});
-        story.server().data.extensions.append({".txt", "text/plain", {letters}});
+        story.server().data.extensions.append({".txt", {letters}});
         for (const char* const file : {"bill.txt", "note.txt", "old.txt"})
             Sandbox::writeFile(path(QLatin1String(file)), file);
     }
