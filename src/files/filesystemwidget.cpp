@@ -222,8 +222,12 @@ void FileSystemWidget::setIndex(const QModelIndex& index)
     m_form.fileInfo->setText(tr("Loading folder %1...").arg(shown));
     const bool isShown = m_model->rootPath() == path;
     m_model->setRootPath(path);
-    m_form.listView->setRootIndex(index);
-    m_form.iconView->setRootIndex(index);
+    for (QAbstractItemView* const view : {static_cast<QAbstractItemView*>(m_form.listView),
+                                          static_cast<QAbstractItemView*>(m_form.iconView)}) {
+        view->setRootIndex(index);
+        if (view->currentIndex().parent() != index)
+            view->selectionModel()->clearCurrentIndex(); // else keys go on in the folder that was left
+    }
     m_form.addressLineEdit->setText(shown);
     if (isShown) // the model says nothing of a folder that it has
         directoryLoaded(path);

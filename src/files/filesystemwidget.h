@@ -93,6 +93,8 @@ public slots:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    // Who comes to the page, from the task bar or from another page, has the keyboard in its folder.
+    void focusInEvent(QFocusEvent* event) override;
 
 private:
     void setUpViews();

@@ -2,6 +2,7 @@
 #include "files/filemodel.h"
 #include "files/filesystemwidget.h"
 
+#include <QFocusEvent>
 #include <QListView>
 #include <QPushButton>
 #include <QShortcut>
@@ -45,6 +46,12 @@ void FileSystemWidget::showEvent(QShowEvent* event)
     QWidget::showEvent(event);
     if (!focusWidget())
         viewInSight()->setFocus();
+}
+
+void FileSystemWidget::focusInEvent(QFocusEvent* event)
+{
+    QWidget::focusInEvent(event);
+    viewInSight()->setFocus(event->reason());
 }
 
 // The keyboard goes on beside what was removed or renamed, and nothing is selected in its place.

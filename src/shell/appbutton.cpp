@@ -36,6 +36,19 @@ QString labelOf(const AppInstance& application)
     return shell::breakLabel(label);
 }
 
+// A label that is a little too wide is written a pixel smaller rather than cut short.
+QFont labelFont(const QString& label)
+{
+    QFont font(QStringLiteral("Helvetica"), fontSize);
+    const auto fitsAt = [&](int size) {
+        font.setPixelSize(size);
+        return shell::fitLabel(label, QFontMetrics(font), shell::launcherCell.width()) == label;
+    };
+    if (!fitsAt(fontSize) && !fitsAt(fontSize - 1))
+        font.setPixelSize(fontSize);
+    return font;
+}
+
 } // namespace
 
 AppButton::AppButton(AppInstance* application, const QIcon& icon, const QString& text, QWidget* widget,
@@ -101,9 +114,7 @@ void AppButton::paintIcon(QPainter& painter) const
 
 void AppButton::paintLabel(QPainter& painter) const
 {
-    QFont font(QStringLiteral("Helvetica"), fontSize);
-    font.setPixelSize(fontSize);
-    painter.setFont(font);
+    painter.setFont(labelFont(m_text));
     painter.setPen(Qt::black);
     painter.setOpacity(stripOpacity); // of the text too
     painter.setClipRect(labelStrip());

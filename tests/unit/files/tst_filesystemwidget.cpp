@@ -757,6 +757,24 @@ private slots:
         QCOMPARE(manager().focusWidget(), list());
     }
 
+    void namesAreSearchedInTheFolderThatWasEnteredByKey()
+    {
+        activate();
+        addFolder("inner/first");
+        addFolder("inner/second");
+        for (const char* const name : {"iconViewButton", "listViewButton"}) {
+            press(name);
+            enter(folder());
+            select("inner");
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+            QTRY_COMPARE(rootPath(), path("inner"));
+            QVERIFY(isLoaded());
+            QTRY_COMPARE(model()->rowCount(model()->index(rootPath())), 2);
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_S);
+            QCOMPARE(selected(), QStringList(QStringLiteral("second")));
+        }
+    }
+
     void aPageOfTheShellStartsWithTheKeyboardInTheFolder()
     {
         endManager();

@@ -11,6 +11,7 @@
 #include <QDesktopWidget>
 #include <QFocusEvent>
 #include <QLineEdit>
+#include <QListView>
 #include <QSet>
 #include <QtTest>
 
@@ -421,6 +422,18 @@ private slots:
         QCOMPARE(lines.mid(0, 3),
                  QStringList({"Mapping widget...", "Index: 2", "Setting current index to 2"}));
         QCOMPARE(lines.last(), QStringLiteral("Widget size: %1x%2").arg(size.width()).arg(size.height()));
+    }
+
+    void theFileManagersPageOpensWithTheKeyboardInItsFolder()
+    {
+        startShell();
+        auto* const view = shell().fileManager()->findChild<QListView*>(QStringLiteral("iconView"));
+        for (int round = 0; round < 2; ++round) {
+            desktop().mapWidget(shell().fileManager());
+            QTRY_COMPARE(QApplication::focusWidget(), view);
+            desktop().mapWidget(shell().launcher());
+            QTRY_VERIFY(shell().launcher()->isActiveWindow());
+        }
     }
 
     void everyPagesTextStandsForItsTitle()

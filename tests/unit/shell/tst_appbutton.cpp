@@ -319,6 +319,29 @@ private slots:
         QCOMPARE(look(tool(QIcon(), "Text\nEditor")), expected);
     }
 
+    void aLabelThatIsAPixelSizeTooWideIsWrittenThatMuchSmaller()
+    {
+        QFont font(QStringLiteral("Helvetica"), 13);
+        font.setPixelSize(13);
+        QString label(QStringLiteral("Wide\n"));
+        while (QFontMetrics(font).horizontalAdvance(label.section('\n', 1)) <= 74)
+            label += 'i';
+        font.setPixelSize(12);
+        QVERIFY(QFontMetrics(font).horizontalAdvance(label.section('\n', 1)) <= 74);
+        QImage expected(74, 112, QImage::Format_RGB32);
+        expected.fill(ground);
+        {
+            QPainter painter(&expected);
+            painter.setFont(font);
+            painter.setPen(Qt::black);
+            painter.setOpacity(0.85);
+            const QRect rectangle(QPoint(0, 75), QPoint(74, 107));
+            painter.fillRect(rectangle, QColor(0xE6EAED));
+            painter.drawText(rectangle, Qt::AlignCenter, label);
+        }
+        QCOMPARE(look(tool(QIcon(), label)), expected);
+    }
+
     void aLabelThatIsTooWideIsElided()
     {
         QVERIFY(look(tool(QIcon(), QString(30, 'm'))) == look(tool(QIcon(), QString(40, 'm'))));
