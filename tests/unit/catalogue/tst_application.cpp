@@ -19,6 +19,16 @@
 #include <unistd.h>
 #endif
 
+namespace {
+
+// As pixmaps hold a picture. (A picture that was one differs from its file where it is nearly transparent.)
+QImage onScreen(const QImage& picture)
+{
+    return picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+} // namespace
+
 class ApplicationTest : public QuilletTest
 {
     Q_OBJECT
@@ -103,9 +113,8 @@ private slots:
     {
         const Application application(QStringLiteral("kcalc"));
         QCOMPARE(application.id(), QStringLiteral("kcalc"));
-        QCOMPARE(
-            application.icon().pixmap(64).toImage().convertToFormat(QImage::Format_ARGB32),
-            QImage(QStringLiteral(":/icons/applications/kcalc.png")).convertToFormat(QImage::Format_ARGB32));
+        QCOMPARE(onScreen(application.icon().pixmap(64).toImage()),
+                 onScreen(QImage(QStringLiteral(":/icons/applications/kcalc.png"))));
     }
 
     void everyBuiltInApplicationHasItsIcon()
@@ -133,8 +142,8 @@ private slots:
             Sandbox::readFile(QStringLiteral(":/icons/64x64/logo.png"));
         const Application application(QStringLiteral("kcalc"));
         QCOMPARE(m_server->requests().last(), QByteArray("_byteArray_get_application_icon?kcalc"));
-        QCOMPARE(application.icon().pixmap(64).toImage().convertToFormat(QImage::Format_ARGB32),
-                 QImage(QStringLiteral(":/icons/64x64/logo.png")).convertToFormat(QImage::Format_ARGB32));
+        QCOMPARE(onScreen(application.icon().pixmap(64).toImage()),
+                 onScreen(QImage(QStringLiteral(":/icons/64x64/logo.png"))));
     }
 
     void aServersIconThatIsNoPictureIsNull()
