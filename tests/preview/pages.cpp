@@ -4,6 +4,7 @@
 #include "config/mimeconfig.h"
 #include "files/filesystemwidget.h"
 #include "instances/appinstance.h"
+#include "preview/pictures.h"
 #include "preview/stage.h"
 #include "session/busycursor.h"
 #include "session/initscreen.h"
@@ -537,5 +538,6 @@ QList<Page> pages()
                });
            },
            {}}}},
+        picturesPage(),
     };
 }
