@@ -93,6 +93,9 @@ BREAKAGES = {
     "the code names a path that is not there":
         (lambda root: replace(root / "src/session/initscreen.cpp", ":/icons/64x64/logo.png", ":/icons/48x48/logo.png"),
          "there is no picture :/icons/48x48/logo.png"),
+    "the code names a folder that is not there":
+        (lambda root: replace(root / "src/files/filesystemform.cpp", ":/icons/48x48/%1.png", ":/icons/40x40/%1.png"),
+         "there is no picture :/icons/40x40/%1.png"),
     "the catalogue names a picture that is not there":
         (lambda root: replace(root / "src/resources/mime/tables/applications.table", "kcalc.png", "sums.png"),
          "there is no picture applications/sums.png"),
@@ -101,6 +104,8 @@ BREAKAGES = {
          "there is no picture groups/sports.png"),
     "a drawing has a colour of its own":
         (draw('<circle cx="32" cy="32" r="9" fill="#ff0000"/>'), "kcalc.svg: the colour #ff0000"),
+    "a drawing has three tones":
+        (draw('<circle cx="32" cy="32" r="9" fill="#5b9a5b"/>'), "kcalc.svg: has more than two tones: ink, aqua, leaf"),
     "a drawing has a thin line":
         (draw('<path d="M8 8 H56" fill="none" stroke="#22313a" stroke-width="2"/>'), "thinner than 3 units"),
     "a drawing has a line of no stated width":
@@ -122,7 +127,7 @@ def checked(root):
 
 def copy_of_all(folder):
     root = Path(folder) / "root"
-    for part in ("src/resources", "src/shell", "src/session"):
+    for part in ("src/resources", "src/files", "src/shell", "src/session"):
         shutil.copytree(ROOT / part, root / part)
     return root
 
