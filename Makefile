@@ -3,13 +3,13 @@
 # to build.
 
 .DEFAULT_GOAL := help
-.PHONY: help run preview screenshots test test-native bench windows format format-check lint icons catalogue clean
+.PHONY: help run preview screenshots test test-native bench windows format format-check lint icons catalogue translations clean
 
 help:
 	@echo "make run          build the shell and start it under Wine, with a stand-in server (SERVER=none: without one;"
-	@echo "                  HEADLESS=1: no display, take a screenshot)"
+	@echo "                  LANGUAGE=en: in English; HEADLESS=1: no display, take a screenshot)"
 	@echo "make preview      open a page of the shell natively: PAGE=launcher; without PAGE: list them"
-	@echo "make screenshots  a picture of every page in every state: build/screenshots"
+	@echo "make screenshots  a picture of every page in every state: build/screenshots (LANGUAGE=es: in Spanish)"
 	@echo "make test         every test: native with sanitizers, for Windows under Wine, whole stories"
 	@echo "make test-native  the native tests only: the quick loop"
 	@echo "make bench        what things cost, beside the bare calls"
@@ -17,6 +17,7 @@ help:
 	@echo "make format       lay the sources out;  make lint: look for mistakes"
 	@echo "make icons        render the pictures anew from their SVG sources"
 	@echo "make catalogue    write the built-in catalogue anew from its tables"
+	@echo "make translations bring the Spanish translation up to the texts of the sources"
 	@echo "make clean        remove build/"
 
 run:
@@ -24,19 +25,19 @@ run:
 	@tools/setup build windows wine
 	@tools/build native twserver
 	@tools/build windows dist asuser logwait listwindows stacking standins
-	@SERVER=$(SERVER) tools/run
+	@SERVER=$(SERVER) LANGUAGE=$(LANGUAGE) tools/run
 
 preview:
 	@echo "make preview: building for Linux (1 minute from scratch; 2 the first time)"
 	@tools/setup build preview
 	@tools/build native preview
-	@tools/preview $(PAGE)
+	@LANGUAGE=$(LANGUAGE) tools/preview $(PAGE)
 
 screenshots:
 	@echo "make screenshots: building for Linux and taking pictures (3 minutes from scratch; 4 the first time)"
 	@tools/setup build preview
 	@tools/build native preview
-	@tools/preview --screenshots
+	@LANGUAGE=$(LANGUAGE) tools/preview --screenshots
 
 test:
 	@echo "make test: building for Linux and Windows and running every test (3 minutes from scratch; 17 the first time)"
@@ -90,6 +91,11 @@ catalogue:
 	@echo "make catalogue: writing the built-in catalogue (seconds)"
 	@tools/setup catalogue
 	@tools/make-catalogue
+
+translations:
+	@echo "make translations: looking for the texts of the sources (seconds)"
+	@tools/setup build
+	@tools/translations
 
 clean:
 	@echo "make clean: removing build/ (seconds)"

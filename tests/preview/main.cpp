@@ -1,5 +1,6 @@
 // preview PAGE | --list | --screenshots FOLDER [PAGE]
 //
+// In Spanish when the environment's LANGUAGE begins with "es".
 // Opens a page of the shell, natively, for a person to look at; or writes a picture of every page in every
 // state. Says on standard output what it did. The pages are those of pages().
 #include "preview/pages.h"
@@ -30,6 +31,11 @@ void tellWarnings(QtMsgType type, const QMessageLogContext&, const QString& text
         return;
     s_warned = true;
     std::fprintf(stderr, "%s\n", qPrintable(text));
+}
+
+bool isSpanish()
+{
+    return qEnvironmentVariable("LANGUAGE").startsWith(QLatin1String("es"));
 }
 
 void list()
@@ -70,6 +76,8 @@ QPixmap screenPicture()
 bool photograph(const Page& page, const State& state, const QString& file)
 {
     Stage stage(false);
+    if (isSpanish())
+        stage.speakSpanish();
     if (state.prepare)
         state.prepare(stage);
     bool written = false;
@@ -129,6 +137,8 @@ int showPage(const QString& name)
         return 2;
     }
     Stage stage(true);
+    if (isSpanish())
+        stage.speakSpanish();
     const Scene scene = page->open(stage);
     if (scene.page && scene.page->windowTitle().isEmpty()) { // a page, which has no frame to close it by
         scene.page->setWindowFlags(Qt::Window);

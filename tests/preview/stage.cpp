@@ -130,6 +130,8 @@ TWClient* Stage::connectClient()
 
 void Stage::speakSpanish()
 {
+    if (m_spanish)
+        return;
     m_spanish = std::make_unique<QTranslator>();
     if (!m_spanish->load(QStringLiteral(TRANSLATION)))
         qFatal("no translation: %s", TRANSLATION);

@@ -6,9 +6,9 @@
 //
 // This program has a window that nobody sees, for two reasons:
 //
-// - When the user is logged off, Windows ends every program of the session, Wine only those that have a
-// window.
-//   This one ends PROGRAM then, with exit code 99.
+// - When the user is logged off, Windows ends every program of the session, Wine only those with a window.
+// This
+//   one ends PROGRAM then, with exit code 99.
 // - It stands in for the system's task bar, above Wine's own: that opens a menu when it is told that the work
 //   area has changed, and the sender waits until somebody closes the menu. This one answers at once; each
 //   command that it gets is appended as a line "command NUMBER" to the file that ASUSER_COMMANDS names.

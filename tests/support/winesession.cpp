@@ -111,20 +111,21 @@ void WineSession::start(QProcess& process, const QString& program, const QString
 }
 
 void WineSession::startAsUser(QProcess& process, const QString& program, const QStringList& arguments,
-                              const QStringList& variables)
+                              const QStringList& variables, const QString& folder)
 {
     const QStringList records = {
         QStringLiteral("ASUSER_COMMANDS=") + windowsPath(record(QStringLiteral("commands"))),
         QStringLiteral("PASSWORD_CHANGES=") + windowsPath(record(QStringLiteral("password-changes"))),
         QStringLiteral("PASSWORD_RESULT=") + windowsPath(record(QStringLiteral("password-result"))),
         QStringLiteral("WTS_DISCONNECTIONS=") + windowsPath(record(QStringLiteral("disconnections")))};
-    start(process, tools() + QStringLiteral("/asuser.exe"), QStringList(program) + arguments, dist(),
+    start(process, tools() + QStringLiteral("/asuser.exe"), QStringList(program) + arguments, folder,
           records + variables);
 }
 
 void WineSession::startShell(QProcess& process, const QStringList& arguments, const QStringList& variables)
 {
-    startAsUser(process, QStringLiteral("quillet.exe"), arguments, variables);
+    startAsUser(process, windowsPath(dist() + QStringLiteral("/quillet.exe")), arguments, variables,
+                m_isSpanish ? dist() : home());
 }
 
 void WineSession::startShellAsAdministrator(QProcess& process)

@@ -49,10 +49,13 @@ public:
     // A path of this machine as Windows sees it.
     static QString windowsPath(const QString& path) { return QStringLiteral("Z:") + path; }
 
-    // The same as an ordinary user, in the product's folder, with a stand-in for the system's task bar.
+    // The same as an ordinary user, with a stand-in for the system's task bar.
     void startAsUser(QProcess& process, const QString& program, const QStringList& arguments,
-                     const QStringList& variables);
-    // Starts the shell in its own folder, as an ordinary user or, as the Windows administrator, directly.
+                     const QStringList& variables, const QString& folder = dist());
+    // The shells to come speak Spanish, as the product comes: they start in its folder, where the translation
+    // is. Else they start in the user's home folder, and speak English.
+    void speakSpanish() { m_isSpanish = true; }
+    // Starts the shell as an ordinary user or, in its own folder, as the Windows administrator, directly.
     void startShell(QProcess& process, const QStringList& arguments = QStringList(),
                     const QStringList& variables = QStringList());
     void startShellAsAdministrator(QProcess& process);
@@ -132,6 +135,7 @@ private:
 
     QString m_story;
     QSize m_screen;
+    bool m_isSpanish = false;
     QTemporaryDir m_records;
     QProcess m_session;
     QProcessEnvironment m_environment;
