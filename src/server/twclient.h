@@ -26,8 +26,9 @@ public:
     // Says "quit\n" when connected, and waits up to 30 s for the server's last word.
     ~TWClient() override;
 
-    // Connects to the address and port of the settings. Gives up after 15 ms (and the name lookup): a server
-    // that is there answers at once, and the user must not wait for one that is not.
+    // Connects to the address and port of the settings. Gives up after 15 ms: a server that is there answers
+    // at once, and the user must not wait for one that is not. The lookup of a name counts; one that takes
+    // longer is waited for, and then it is too late.
     bool connectToServer();
     // Whether connectToServer() succeeded; never cleared afterwards.
     bool isConnected() const;
