@@ -3,7 +3,7 @@
 # to build.
 
 .DEFAULT_GOAL := help
-.PHONY: help run preview screenshots test test-native bench windows format format-check lint icons catalogue translations clean
+.PHONY: help run preview screenshots test test-native bench windows package format format-check lint icons catalogue translations clean
 
 help:
 	@echo "make run          build the shell and start it under Wine, with a stand-in server (SERVER=none: without one;"
@@ -14,6 +14,7 @@ help:
 	@echo "make test-native  the native tests only: the quick loop"
 	@echo "make bench        what things cost, beside the bare calls"
 	@echo "make windows      the product, as a folder: build/windows/dist"
+	@echo "make package      an installer and a zip of it: build/package"
 	@echo "make format       lay the sources out;  make lint: look for mistakes"
 	@echo "make icons        render the pictures anew from their SVG sources"
 	@echo "make catalogue    write the built-in catalogue anew from its tables"
@@ -41,7 +42,7 @@ screenshots:
 
 test:
 	@echo "make test: building for Linux and Windows and running every test (3 minutes from scratch; 17 the first time)"
-	@tools/setup build windows wine
+	@tools/setup build windows wine package
 	@tools/build native
 	@tools/build windows
 	@printf 'subdirs(native windows)\n' >build/CTestTestfile.cmake
@@ -65,6 +66,13 @@ windows:
 	@tools/setup build windows
 	@tools/build windows dist
 	@echo "The product: build/windows/dist ($$(du -sh build/windows/dist | cut -f1))"
+
+package:
+	@echo "make package: building the product and packing it (2 minutes from scratch; 16 the first time)"
+	@tools/setup build windows package
+	@tools/build windows dist
+	@tools/package build/package
+	@ls -l build/package
 
 format:
 	@echo "make format: laying out the sources (seconds)"

@@ -1,0 +1,300 @@
+; The installer: Quillet for everybody on this machine. Built by tools/package, which defines
+;
+;   VERSION      as the program says it
+;   VERSION4     the same with four numbers
+;   STAGE        the folder with what is installed
+;   FILES        a script that installs every file of STAGE, and
+;   REMOVAL      one that removes these files and folders and no others
+;   SIZE         what they take, in KiB
+;   OUTPUT       the installer
+;
+; Switches of the installer: /S silent, /SHELL=1 makes Quillet the machine's shell, /D=FOLDER (the last one,
+; without quotes). Of the uninstaller: /S silent. Exit codes: 0 done, 1 given up by the user, 2 failed,
+; 5 Quillet is running.
+;
+; The shell value of the machine changes only where /SHELL=1 or the tick asks for it. What stood there is kept
+; in OWN_KEY and comes back with the removal, if the value is still ours by then.
+Unicode true
+Target amd64-unicode
+ManifestSupportedOS all
+ManifestDPIAware true
+RequestExecutionLevel admin
+SetCompressor /SOLID lzma
+SetDateSave off
+AllowSkipFiles off
+ShowInstDetails nevershow
+ShowUninstDetails nevershow
+
+Name "Quillet"
+BrandingText "Quillet ${VERSION}"
+OutFile "${OUTPUT}"
+InstallDir "$PROGRAMFILES64\Quillet"
+
+!define WINLOGON_KEY "SOFTWARE\Microsoft\Windows NT\CurrentVersion\Winlogon"
+!define OWN_KEY "SOFTWARE\Quillet"
+!define PROGRAMS_KEY "SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\Quillet"
+!define SYSTEM_SHELL "explorer.exe"
+!define ERROR_RUNNING 5
+!define ERROR_FAILED 2
+
+!include LogicLib.nsh
+!include FileFunc.nsh
+!include MUI2.nsh
+
+!define MUI_ICON "${STAGE}\..\quillet.ico"
+!define MUI_UNICON "${STAGE}\..\quillet.ico"
+!define MUI_ABORTWARNING
+!define MUI_COMPONENTSPAGE_SMALLDESC
+!insertmacro MUI_PAGE_WELCOME
+!insertmacro MUI_PAGE_COMPONENTS
+!insertmacro MUI_PAGE_DIRECTORY
+!insertmacro MUI_PAGE_INSTFILES
+!insertmacro MUI_PAGE_FINISH
+!insertmacro MUI_UNPAGE_CONFIRM
+!insertmacro MUI_UNPAGE_INSTFILES
+!insertmacro MUI_LANGUAGE "English"
+!insertmacro MUI_LANGUAGE "Spanish"
+
+LangString running ${LANG_ENGLISH} "Quillet is running in a session of this machine. Have its users log off, and try again."
+LangString running ${LANG_SPANISH} "Quillet se está ejecutando en una sesión de este equipo. Pida a sus usuarios que cierren la sesión e inténtelo de nuevo."
+LangString oldStays ${LANG_ENGLISH} "The installed version of Quillet could not be removed. Nothing was changed."
+LangString oldStays ${LANG_SPANISH} "No se ha podido quitar la versión instalada de Quillet. No se ha cambiado nada."
+LangString programName ${LANG_ENGLISH} "Quillet"
+LangString programName ${LANG_SPANISH} "Quillet"
+LangString programText ${LANG_ENGLISH} "The program, its libraries and a settings file if there is none."
+LangString programText ${LANG_SPANISH} "El programa, sus bibliotecas y un archivo de configuración si no hay ninguno."
+LangString shellName ${LANG_ENGLISH} "Shell of this machine"
+LangString shellName ${LANG_SPANISH} "Shell de este equipo"
+LangString shellText ${LANG_ENGLISH} "Starts Quillet instead of the Windows shell for everybody who is no administrator. Removing Quillet puts the present shell back."
+LangString shellText ${LANG_SPANISH} "Inicia Quillet en lugar del shell de Windows para todos los que no son administradores. Al quitar Quillet vuelve el shell actual."
+
+VIProductVersion "${VERSION4}"
+VIFileVersion "${VERSION4}"
+VIAddVersionKey /LANG=${LANG_ENGLISH} "ProductName" "Quillet"
+VIAddVersionKey /LANG=${LANG_ENGLISH} "FileDescription" "Quillet installer"
+VIAddVersionKey /LANG=${LANG_ENGLISH} "FileVersion" "${VERSION}"
+VIAddVersionKey /LANG=${LANG_ENGLISH} "ProductVersion" "${VERSION}"
+VIAddVersionKey /LANG=${LANG_ENGLISH} "LegalCopyright" ""
+
+Var settings ; the path of the settings file
+Var oldFolder ; of the version that is installed, "" when there is none
+Var isOurShell ; whether the machine's shell value names a starter of ours
+Var isUpgrade
+
+; --- For installer and uninstaller
+
+!macro SHARED UN
+
+; Pushes 1 when both files on the stack are there and have the same bytes, else 0.
+Function ${UN}SameFiles
+    Exch $0
+    Exch
+    Exch $1
+    Push $2
+    Push $3
+    Push $4
+    StrCpy $4 0
+    ClearErrors
+    FileOpen $2 "$0" r
+    ${IfNot} ${Errors}
+        FileOpen $3 "$1" r
+        ${IfNot} ${Errors}
+            ${Do}
+                ClearErrors
+                FileReadByte $2 $0
+                ${If} ${Errors}
+                    StrCpy $0 end
+                ${EndIf}
+                ClearErrors
+                FileReadByte $3 $1
+                ${If} ${Errors}
+                    StrCpy $1 end
+                ${EndIf}
+                ${If} $0 != $1
+                    ${Break}
+                ${ElseIf} $0 == end
+                    StrCpy $4 1
+                    ${Break}
+                ${EndIf}
+            ${Loop}
+            FileClose $3
+        ${EndIf}
+        FileClose $2
+    ${EndIf}
+    StrCpy $0 $4
+    Pop $4
+    Pop $3
+    Pop $2
+    Pop $1
+    Exch $0
+FunctionEnd
+
+; Ends with a message when a session runs the program that stands in the folder on the stack.
+Function ${UN}EndIfRunning
+    Exch $0
+    Push $1
+    ${If} ${FileExists} "$0\quillet.exe"
+        ClearErrors
+        FileOpen $1 "$0\quillet.exe" a ; Windows does not let anybody write into a program that runs
+        ${If} ${Errors}
+            MessageBox MB_OK|MB_ICONSTOP "$(running)" /SD IDOK
+            SetErrorLevel ${ERROR_RUNNING}
+            Quit
+        ${EndIf}
+        FileClose $1
+    ${EndIf}
+    Pop $1
+    Pop $0
+FunctionEnd
+
+; Sets isOurShell: the value, as we write it, names a starter in the folder on the stack.
+Function ${UN}FindShell
+    Exch $0
+    Push $1
+    ReadRegStr $1 HKLM "${WINLOGON_KEY}" "Shell"
+    ${If} $1 == '"$0\quillet-session.exe"' ; without regard to case
+        StrCpy $isOurShell 1
+    ${Else}
+        StrCpy $isOurShell 0
+    ${EndIf}
+    Pop $1
+    Pop $0
+FunctionEnd
+
+!macroend
+!insertmacro SHARED ""
+!insertmacro SHARED "un."
+
+; --- Installation
+
+Section "$(programName)" sectionProgram
+    SectionIn RO
+    Push $INSTDIR
+    Call EndIfRunning
+    StrCpy $isOurShell 0
+    ${If} $oldFolder != ""
+        Push $oldFolder
+        Call EndIfRunning
+        Push $oldFolder
+        Call FindShell
+        ; The version that is there takes its files away; it leaves what this one goes on with.
+        ${If} ${FileExists} "$oldFolder\uninstall.exe"
+            ExecWait '"$oldFolder\uninstall.exe" /S /UPGRADE=1 _?=$oldFolder' $0
+            ${If} $0 <> 0
+                MessageBox MB_OK|MB_ICONSTOP "$(oldStays)" /SD IDOK
+                SetErrorLevel ${ERROR_FAILED}
+                Quit
+            ${EndIf}
+            Delete "$oldFolder\uninstall.exe"
+            ${If} $oldFolder != $INSTDIR
+                Rename "$oldFolder\quillet.ini.written" "$INSTDIR\quillet.ini.written"
+                RMDir "$oldFolder"
+            ${EndIf}
+        ${EndIf}
+    ${EndIf}
+
+    !include "${FILES}"
+    WriteUninstaller "$INSTDIR\uninstall.exe"
+
+    ; The settings are the administrator's as soon as they differ from what an installation wrote.
+    Push $settings
+    Push "$INSTDIR\quillet.ini.written"
+    Call SameFiles
+    Pop $0
+    ${If} $0 = 1
+    ${OrIfNot} ${FileExists} $settings
+        CreateDirectory "$PROGRAMFILES64\Tidewell Desktop"
+        File "/oname=$settings" "${STAGE}\quillet.ini.sample"
+        File "/oname=$INSTDIR\quillet.ini.written" "${STAGE}\quillet.ini.sample"
+    ${EndIf}
+
+    WriteRegStr HKLM "${OWN_KEY}" "InstallFolder" $INSTDIR
+    WriteRegStr HKLM "${OWN_KEY}" "Version" "${VERSION}"
+    WriteRegStr HKLM "${PROGRAMS_KEY}" "DisplayName" "Quillet"
+    WriteRegStr HKLM "${PROGRAMS_KEY}" "DisplayVersion" "${VERSION}"
+    WriteRegStr HKLM "${PROGRAMS_KEY}" "DisplayIcon" "$INSTDIR\quillet.exe"
+    WriteRegStr HKLM "${PROGRAMS_KEY}" "Publisher" "Quillet"
+    WriteRegStr HKLM "${PROGRAMS_KEY}" "InstallLocation" $INSTDIR
+    WriteRegStr HKLM "${PROGRAMS_KEY}" "UninstallString" '"$INSTDIR\uninstall.exe"'
+    WriteRegStr HKLM "${PROGRAMS_KEY}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
+    WriteRegDWORD HKLM "${PROGRAMS_KEY}" "EstimatedSize" ${SIZE}
+    WriteRegDWORD HKLM "${PROGRAMS_KEY}" "NoModify" 1
+    WriteRegDWORD HKLM "${PROGRAMS_KEY}" "NoRepair" 1
+    ${If} $isOurShell = 1 ; it may have moved
+        WriteRegStr HKLM "${WINLOGON_KEY}" "Shell" '"$INSTDIR\quillet-session.exe"'
+    ${EndIf}
+SectionEnd
+
+Section /o "$(shellName)" sectionShell
+    Push $INSTDIR
+    Call FindShell
+    ${If} $isOurShell = 0
+        ReadRegStr $0 HKLM "${WINLOGON_KEY}" "Shell"
+        WriteRegStr HKLM "${OWN_KEY}" "PreviousShell" $0
+        WriteRegStr HKLM "${WINLOGON_KEY}" "Shell" '"$INSTDIR\quillet-session.exe"'
+    ${EndIf}
+SectionEnd
+
+Function .onInit
+    SetRegView 64
+    SetShellVarContext all
+    StrCpy $settings "$PROGRAMFILES64\Tidewell Desktop\quillet.ini"
+    ReadRegStr $oldFolder HKLM "${OWN_KEY}" "InstallFolder"
+    ${If} $oldFolder != ""
+    ${AndIf} $INSTDIR == "$PROGRAMFILES64\Quillet" ; no other one was asked for
+        StrCpy $INSTDIR $oldFolder
+    ${EndIf}
+    ${GetParameters} $0
+    ${GetOptions} $0 "/SHELL=" $1
+    ${If} $1 == "1"
+        !insertmacro SelectSection ${sectionShell}
+    ${EndIf}
+FunctionEnd
+
+!insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
+    !insertmacro MUI_DESCRIPTION_TEXT ${sectionProgram} "$(programText)"
+    !insertmacro MUI_DESCRIPTION_TEXT ${sectionShell} "$(shellText)"
+!insertmacro MUI_FUNCTION_DESCRIPTION_END
+
+; --- Removal
+
+Function un.onInit
+    SetRegView 64
+    SetShellVarContext all
+    StrCpy $settings "$PROGRAMFILES64\Tidewell Desktop\quillet.ini"
+    ${GetParameters} $0
+    ${GetOptions} $0 "/UPGRADE=" $isUpgrade
+FunctionEnd
+
+Section "Uninstall"
+    Push $INSTDIR
+    Call un.EndIfRunning
+    ${If} $isUpgrade != 1
+        ; First of all: whatever fails later, the next user gets a shell.
+        Push $INSTDIR
+        Call un.FindShell
+        ${If} $isOurShell = 1
+            ReadRegStr $0 HKLM "${OWN_KEY}" "PreviousShell"
+            ${If} $0 == ""
+                StrCpy $0 "${SYSTEM_SHELL}"
+            ${EndIf}
+            WriteRegStr HKLM "${WINLOGON_KEY}" "Shell" $0
+        ${EndIf}
+        Push $settings
+        Push "$INSTDIR\quillet.ini.written"
+        Call un.SameFiles
+        Pop $0
+        ${If} $0 = 1
+            Delete $settings
+            RMDir "$PROGRAMFILES64\Tidewell Desktop" ; if nothing else is in it
+        ${EndIf}
+        Delete "$INSTDIR\quillet.ini.written"
+        DeleteRegKey HKLM "${PROGRAMS_KEY}"
+        DeleteRegKey HKLM "${OWN_KEY}"
+    ${EndIf}
+    !include "${REMOVAL}"
+    ${If} $isUpgrade != 1
+        Delete "$INSTDIR\uninstall.exe"
+        RMDir "$INSTDIR" ; if nothing else is in it
+    ${EndIf}
+SectionEnd
