@@ -258,6 +258,71 @@
     </message>
 </context>
 <context>
+    <name>MimeConfig</name>
+    <message>
+        <source>File
+associations</source>
+        <translation>Asociación
+de archivos</translation>
+    </message>
+    <message>
+        <source>&lt;No group&gt;</source>
+        <translation>&lt;Sin grupo&gt;</translation>
+    </message>
+    <message>
+        <source>Modified configuration</source>
+        <translation>Configuración modificada</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to change applications configuration?</source>
+        <translation>¿Seguro que desea cambiar la configuración de las aplicaciones?</translation>
+    </message>
+    <message>
+        <source>Go back</source>
+        <translation>Volver</translation>
+    </message>
+    <message>
+        <source>Group</source>
+        <translation>Grupo</translation>
+    </message>
+    <message>
+        <source>Applications of the group</source>
+        <translation>Aplicaciones del grupo</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Añadir</translation>
+    </message>
+    <message>
+        <source>Extension</source>
+        <translation>Extensión</translation>
+    </message>
+    <message>
+        <source>Applications that open the extension</source>
+        <translation>Aplicaciones que abren la extensión</translation>
+    </message>
+    <message>
+        <source>Move up</source>
+        <translation>Subir</translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation>Bajar</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Quitar</translation>
+    </message>
+    <message>
+        <source>Accept</source>
+        <translation>Aceptar</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+</context>
+<context>
     <name>TabBar</name>
     <message>
         <source>Task bar</source>
@@ -328,6 +393,91 @@ Se perderán todos los datos que no haya guardado.
     <message>
         <source>Running</source>
         <translation>En ejecución</translation>
+    </message>
+</context>
+<context>
+    <name>UserConfig</name>
+    <message>
+        <source>Go back</source>
+        <translation>Volver</translation>
+    </message>
+    <message>
+        <source>User name:</source>
+        <translation>Nombre de usuario:</translation>
+    </message>
+    <message>
+        <source>Actual password:</source>
+        <translation>Contraseña actual:</translation>
+    </message>
+    <message>
+        <source>New password:</source>
+        <translation>Contraseña nueva:</translation>
+    </message>
+    <message>
+        <source>Repeat password:</source>
+        <translation>Repita la contraseña:</translation>
+    </message>
+    <message>
+        <source>Accept</source>
+        <translation>Aceptar</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>User
+Configuration</source>
+        <translation>Cambiar
+contraseña</translation>
+    </message>
+    <message>
+        <source>Incorrect password</source>
+        <translation>Contraseña incorrecta</translation>
+    </message>
+    <message>
+        <source>The new password must not be empty</source>
+        <translation>La contraseña nueva no puede estar vacía</translation>
+    </message>
+    <message>
+        <source>Password mismatch</source>
+        <translation>Las contraseñas no coinciden</translation>
+    </message>
+    <message>
+        <source>The repeat password must be equal to the new password</source>
+        <translation>La contraseña repetida debe ser igual a la nueva</translation>
+    </message>
+    <message>
+        <source>The old password must not be empty</source>
+        <translation>La contraseña actual no puede estar vacía</translation>
+    </message>
+    <message>
+        <source>Cannot change password</source>
+        <translation>No se puede cambiar la contraseña</translation>
+    </message>
+    <message>
+        <source>Not enough permissions to change password</source>
+        <translation>No tiene permisos suficientes para cambiar la contraseña</translation>
+    </message>
+    <message>
+        <source>The old password you provided is invalid</source>
+        <translation>La contraseña actual que ha escrito no es válida</translation>
+    </message>
+    <message>
+        <source>The password you provided is too short or has been used previously</source>
+        <translation>La contraseña que ha escrito es demasiado corta o ya se ha usado antes</translation>
+    </message>
+    <message>
+        <source>There was a problem trying to change password. Contact the administrator</source>
+        <translation>Se ha producido un problema al cambiar la contraseña. Póngase en contacto con el administrador</translation>
+    </message>
+    <message>
+        <source>Password change succesful</source>
+        <translation>Contraseña cambiada</translation>
+    </message>
+    <message>
+        <source>The password has been changed.</source>
+        <translation>La contraseña se ha cambiado.</translation>
     </message>
 </context>
 </TS>

@@ -1,5 +1,5 @@
-// Configuration by the keyboard alone: an association is changed, and the password; what remains of it is in the
-// user's file and in Windows' record.
+// Configuration by the keyboard alone: an association is changed, and the password; what remains of it is in
+// the user's file and in Windows' record.
 #include "support/sandbox.h"
 #include "support/shellstory.h"
 
@@ -27,7 +27,8 @@ class ConfigurationStory : public QObject
     static bool waitForChange(ShellStory& story, const QImage& before, const QString& name)
     {
         const bool changed = QTest::qWaitFor(
-            [&] { return story.windows().screen().copy(story.page()) != before.copy(story.page()); }, patience);
+            [&] { return story.windows().screen().copy(story.page()) != before.copy(story.page()); },
+            patience);
         QTest::qWait(500); // it is painted as a whole
         story.look(name);
         return changed;

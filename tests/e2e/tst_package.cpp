@@ -41,7 +41,7 @@ class PackageStory : public QObject
     {
         return m_session->driveC() + QStringLiteral("/Program Files/Tidewell Desktop/quillet.ini");
     }
-    static QByteArray sample() { return Sandbox::readFile(QStringLiteral(SAMPLE)); }
+    static QByteArray sample() { return Sandbox::readFile(QStringLiteral(SAMPLE)).replace("\n", "\r\n"); }
 
     // Runs a command line just as it is, as `cmd` does; its exit code.
     int runLine(const QString& line)

@@ -1,8 +1,11 @@
 // The Spanish translation: complete, in the shape of the texts that it translates, and short enough for the
 // places that they stand in.
+#include "config/configurationdialog.h"
+#include "config/configure.h"
 #include "session/initscreen.h"
 #include "shell/appbutton.h"
 #include "shell/elidedlabel.h"
+#include "shell/labelbreak.h"
 #include "shell/threadbutton.h"
 #include "support/shelltest.h"
 
@@ -200,6 +203,30 @@ private slots:
             QCOMPARE(clipped(widget), QStringList());
         }
         QCOMPARE(clipped(&bar()), QStringList());
+    }
+
+    void theToolsTextsFit_data() { addLanguages(); }
+    void theToolsTextsFit()
+    {
+        QFETCH(QString, language);
+        speak(language);
+        startShell();
+        bar().buttonAt(2)->click();
+        QFont font(QStringLiteral("Helvetica"));
+        font.setPixelSize(12);
+        const auto buttons = shell().configuration()->findChildren<AppButton*>();
+        const auto tools = shell().configuration()->findChildren<QDialog*>();
+        QCOMPARE(buttons.size(), 2);
+        QCOMPARE(tools.size(), 2);
+        for (int i = 0; i < 2; ++i) {
+            const QString label = qobject_cast<ConfigurationDialog*>(tools.at(i))->name();
+            QCOMPARE(label.count('\n'), 1);
+            QCOMPARE(shell::fitLabel(label, QFontMetrics(font), 74), label);
+            buttons.at(i)->click();
+            QTRY_VERIFY(tools.at(i)->isVisible());
+            QCOMPARE(clipped(tools.at(i)), QStringList());
+            tools.at(i)->reject();
+        }
     }
 };
 
