@@ -25,6 +25,16 @@ protected:
 
     QWidget* panel() const { return m_panel; }
 
+    // Of a tool of this class. The panel's style sheet says the background of everything below it, which
+    // takes the style's own look from fields, buttons and boxes; here that ends.
+    static QString styleSheetFor(const char* className)
+    {
+        return QStringLiteral("* { background: none } %1 { background-color: %2 }")
+            .arg(QLatin1String(className), QLatin1String(background));
+    }
+
+    static constexpr char background[] = "#e6eaed"; // the panel's
+
 private:
     Q_DISABLE_COPY(ConfigurationDialog)
 

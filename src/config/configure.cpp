@@ -9,7 +9,6 @@
 
 #include <QKeyEvent>
 
-#include <algorithm>
 #include <utility>
 
 void Configure::setUp()

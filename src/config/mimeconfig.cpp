@@ -13,7 +13,6 @@
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QMessageBox>
-#include <QPointer>
 #include <QShortcut>
 #include <QSignalBlocker>
 
@@ -83,6 +82,7 @@ MimeConfig::MimeConfig(QWidget* panel, const QString& path)
 {
     setWindowTitle(QLatin1String(shell::ownWindowTitle));
     shell::setPageFlags(this);
+    setStyleSheet(styleSheetFor("MimeConfig"));
     m_form.setUp(this);
     fillGroups();
     fillExtensions();
@@ -223,15 +223,11 @@ void MimeConfig::updateSelected(int index)
 
 void MimeConfig::extensionsActivated(int index)
 {
-    const QPointer<MimeConfig> self(this);
     // The box has moved on already; what is saved is the one in view, and the user sees which it is.
     m_form.extensionsBox->setCurrentIndex(m_shownExtension);
     save();
-    if (!self)
-        return;
     m_edits = {};
-    if (index >= 0 && index < m_form.extensionsBox->count())
-        updateSelected(index);
+    updateSelected(index);
 }
 
 void MimeConfig::applicationsChanged(int row)
@@ -321,11 +317,10 @@ void MimeConfig::save()
     if (modified.isEmpty() && m_edits.deleted.isEmpty())
         return;
 
-    const QPointer<MimeConfig> self(this);
     const QMessageBox::StandardButton answer = QMessageBox::question(
         this, tr("Modified configuration"), tr("Are you sure you want to change applications configuration?"),
         QMessageBox::Save | QMessageBox::Discard);
-    if (answer != QMessageBox::Save || !self) {
+    if (answer != QMessageBox::Save) {
         qDebug("Didn't save!");
         return;
     }
@@ -338,10 +333,7 @@ void MimeConfig::save()
 
 void MimeConfig::accept()
 {
-    const QPointer<MimeConfig> self(this);
     save();
-    if (!self)
-        return;
     if (m_embedded)
         hide();
     else
@@ -370,6 +362,9 @@ bool MimeConfig::focusNextPrevChild(bool next)
 
 void MimeConfig::keyPressEvent(QKeyEvent* event)
 {
+    // The dialog's own default button is forgotten, where it is no window, when another button had the focus.
+    if (shell::pressWithEnter(m_form.acceptButton, *event))
+        return;
     if (!shell::isArrowKey(*event)) // which the panel behind would take
         QDialog::keyPressEvent(event);
 }

@@ -62,7 +62,7 @@ private:
 
     void moveSelected(int from, int to);
     QStringList shownIds() const;
-    // Asks before it saves; nothing when there is nothing to save. The editor may be gone afterwards.
+    // Asks before it saves; nothing when there is nothing to save.
     void save();
 
     MimeConfigForm m_form;

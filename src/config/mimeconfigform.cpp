@@ -8,7 +8,6 @@
 #include <QGridLayout>
 #include <QListView>
 #include <QListWidget>
-#include <QScrollBar>
 #include <QStyledItemDelegate>
 
 namespace {
@@ -21,11 +20,6 @@ constexpr int pictureExtent = 32;
 constexpr int entryHeight = 40;
 
 constexpr int leastBoxLength = 8; // letters
-
-// The panel's style sheet gives its background to everything within, and controls lose the style's look by
-// it.
-const char listSheet[] = "QListView { background-color: white }";
-const char controlSheet[] = "background: none";
 
 // The editor's texts stand in one context.
 QString text(const char* source)
@@ -66,7 +60,6 @@ QComboBox* createBox(QWidget* parent, const char* name)
 {
     auto* const box = new QComboBox(parent);
     box->setObjectName(QLatin1String(name));
-    box->setStyleSheet(QLatin1String(controlSheet));
     box->setFixedHeight(boxHeight);
     // Thousands of entries are not measured, and the longest does not push the rest aside.
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -80,8 +73,6 @@ QListWidget* createList(QWidget* parent, const char* name)
 {
     auto* const list = new QListWidget(parent);
     list->setObjectName(QLatin1String(name));
-    list->setStyleSheet(QLatin1String(listSheet));
-    list->verticalScrollBar()->setStyleSheet(QLatin1String(controlSheet));
     list->setIconSize(QSize(pictureExtent, pictureExtent));
     list->setItemDelegate(new EntryDelegate(list));
     list->setUniformItemSizes(true);

@@ -6,9 +6,19 @@
 
 namespace env {
 
+namespace {
+
+// Of slashes alone nothing is left to name a value by.
+bool isKey(const QString& key)
+{
+    return key.count(QLatin1Char('/')) < key.size();
+}
+
+} // namespace
+
 QString readValue(const QString& path, const QString& key)
 {
-    if (key.isEmpty())
+    if (!isKey(key))
         return QString();
     return QSettings(path, QSettings::IniFormat).value(key, QVariant()).toString();
 }
@@ -16,7 +26,7 @@ QString readValue(const QString& path, const QString& key)
 QString readValueWithFallback(const QString& primary, const std::function<QString()>& fallback,
                               const QString& key)
 {
-    if (key.isEmpty())
+    if (!isKey(key))
         return QString();
     QString value;
     if (QFile::exists(primary))
@@ -42,7 +52,7 @@ QStringList valuesPerGroup(const QString& path, const QString& key)
 
 void writeValue(const QString& path, const QString& key, const QString& value)
 {
-    if (!key.isEmpty()) // it would change nothing either, but warn
+    if (isKey(key))
         QSettings(path, QSettings::IniFormat).setValue(key, value);
 }
 

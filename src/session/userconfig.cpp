@@ -22,12 +22,6 @@ constexpr int fieldColumns = 5;   // that a field spans
 constexpr int buttonRow = 5;      // behind "Go back" and four fields
 constexpr int pictureExtent = 32; // pixels
 
-constexpr char background[] = "#e6eaed";
-
-// The panel's style sheet says the background of everything below it, which takes the style's own look from
-// fields, buttons and boxes; here it ends.
-constexpr char ownStyle[] = "* { background: none } UserConfig { background-color: %1 }";
-
 } // namespace
 
 UserConfig::UserConfig(QWidget* panel)
@@ -45,7 +39,7 @@ UserConfig::UserConfig(QWidget* panel)
     shell::setPageFlags(this); // no longer a window, when there is a panel
     move(0, 0);                // a dialog that was never moved finds a place of its own
     setWindowTitle(QLatin1String(shell::ownWindowTitle));
-    setStyleSheet(QString::fromLatin1(ownStyle).arg(QLatin1String(background)));
+    setStyleSheet(styleSheetFor("UserConfig"));
 
     m_userName->setText(env::userName());
     m_userName->setReadOnly(true);
@@ -162,9 +156,10 @@ void UserConfig::focusInEvent(QFocusEvent* event)
     giveFocusToField();
 }
 
+// The dialog's own default button is forgotten, where it is no window, when another button had the focus.
 void UserConfig::keyPressEvent(QKeyEvent* event)
 {
-    if (!shell::isHeldEnter(*event))
+    if (!shell::pressWithEnter(m_accept, *event))
         QDialog::keyPressEvent(event);
 }
 

@@ -1,5 +1,8 @@
 #include "shell/toolbutton.h"
 
+#include "shell/keyboard.h"
+
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace {
@@ -16,6 +19,12 @@ ToolButton::ToolButton(const QIcon& icon, const QString& toolTip, QWidget* paren
     setAccessibleName(toolTip);
     setFixedSize(extent, extent);
     connect(this, SIGNAL(clicked()), this, SLOT(emitClicked()));
+}
+
+void ToolButton::keyPressEvent(QKeyEvent* event)
+{
+    if (!shell::isHeldEnter(*event))
+        QPushButton::keyPressEvent(event);
 }
 
 void ToolButton::enterEvent(QEvent*)

@@ -27,6 +27,8 @@ protected:
     void enterEvent(QEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    // Enter presses once, however long it is held.
+    void keyPressEvent(QKeyEvent* event) override;
 
 private slots:
     void emitClicked();

@@ -61,8 +61,7 @@ private slots:
         QVERIFY(pressAndWait(story, QStringLiteral("Return"), QStringLiteral("editor")));
 
         // From the extensions to what opens them; the first of these goes down.
-        press(story, QStringLiteral("Tab"));
-        QVERIFY(pressAndWait(story, QStringLiteral("Home"), QStringLiteral("chosen")));
+        QVERIFY(pressAndWait(story, QStringLiteral("Tab"), QStringLiteral("chosen")));
         QVERIFY(pressAndWait(story, QStringLiteral("alt+Down"), QStringLiteral("moved")));
         press(story, QStringLiteral("Return"));
         QVERIFY(story.waitForFront(shellProgram, QStringLiteral("Modified configuration")));

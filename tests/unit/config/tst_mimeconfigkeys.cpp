@@ -106,6 +106,31 @@ private slots:
         }
     }
 
+    void enterAcceptsAlsoAfterAButtonHadTheKeyboard()
+    {
+        openWithServer();
+        for (const char* const name : {"acceptButton", "cancelButton", "backButton"}) {
+            show();
+            button(name)->setFocus(Qt::TabFocusReason);
+            button("extensionsBox")->setFocus(Qt::TabFocusReason);
+            clearDebugOutput();
+            key(Qt::Key_Return);
+            QVERIFY(editor().isHidden());
+            QCOMPARE(messages().size(), 2); // it looked for changes
+        }
+    }
+
+    void enterThatIsHeldNeitherAcceptsNorPresses()
+    {
+        openWithServer();
+        for (const char* const name : {"extensionsBox", "selectedList", "acceptButton", "cancelButton"}) {
+            button(name)->setFocus(Qt::TabFocusReason);
+            QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+            QCoreApplication::sendEvent(button(name), &held);
+            QVERIFY(editor().isVisible());
+        }
+    }
+
     void enterPressesTheButtonThatHasTheFocus()
     {
         openWithServer();

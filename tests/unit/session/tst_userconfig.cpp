@@ -338,6 +338,18 @@ private slots:
         QVERIFY(m_answers->problems().isEmpty());
     }
 
+    void enterAcceptsAlsoAfterAButtonHadTheKeyboard()
+    {
+        show();
+        for (const char* const name : {"Accept", "Cancel", "Go back"}) {
+            button(QLatin1String(name))->setFocus(Qt::TabFocusReason);
+            field(actual)->setFocus(Qt::TabFocusReason);
+            expectEmptyPasswordBox();
+            QTest::keyClick(field(actual), Qt::Key_Return);
+            QVERIFY(m_answers->problems().isEmpty());
+        }
+    }
+
     void enterThatIsHeldDoesNotAcceptAgain()
     {
         show();
