@@ -177,7 +177,7 @@ void fillServer(TwServer& server)
         const QString extension = QLatin1String(suffix);
         const QString type = catalogue::mimeTypeForExtension(extension);
         if (!type.isEmpty())
-            server.data.extensions.append({extension, type, catalogue::preferredApplications(type)});
+            server.data.extensions.append({extension, catalogue::preferredApplications(type)});
     }
     server.setFault("*", TwFault(TwFault::Late, 1));
 }

@@ -10,6 +10,7 @@
 #include <QtTest>
 
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -109,6 +110,25 @@ class PackageStory : public QObject
         return files;
     }
 
+    // The installer's pages have no titles of their own to wait for: what is seen changes, and then rests.
+    bool waitForRest()
+    {
+        QImage last;
+        return QTest::qWaitFor(
+            [&] {
+                QTest::qWait(500);
+                const QImage now = m_session->screen();
+                return std::exchange(last, now) == now;
+            },
+            patience);
+    }
+    bool pressAndWait(const QString& key)
+    {
+        const QImage before = m_session->screen();
+        m_session->press(key);
+        return QTest::qWaitFor([&] { return m_session->screen() != before; }, patience) && waitForRest();
+    }
+
     void verifyNothingIsLeft()
     {
         QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(folder()), patience);
@@ -133,8 +153,10 @@ private slots:
         QCOMPARE(install(QStringLiteral("present")), 0);
         QStringList expected = filesOf(WineSession::dist());
         expected.removeOne(QStringLiteral("licenses/SOURCE"));
-        expected += {"licenses/README.txt", "licenses/gcc-copyright", "licenses/mingw-w64-copyright",
-                     "quillet.ini.sample",  "quillet.ini.written",    "uninstall.exe"};
+        expected += {"licenses/README.txt",    "licenses/build-qt.sh",
+                     "licenses/gcc-copyright", "licenses/mingw-w64-copyright",
+                     "quillet.ini.sample",     "quillet.ini.written",
+                     "uninstall.exe"};
         expected.sort();
         QCOMPARE(filesOf(folder()), expected);
         for (const QString& file : filesOf(WineSession::dist())) {
@@ -183,11 +205,25 @@ private slots:
         QCOMPARE(filesOf(folder()), before);
         QVERIFY(!registry(programs, QStringLiteral("DisplayName")).isNull());
 
-        QVERIFY(session.state() == QProcess::Running);
+        QCOMPARE(session.state(), QProcess::Running);
         QVERIFY(m_session->killProgram(QStringLiteral("quillet.exe")));
         QVERIFY(session.waitForFinished(patience));
-        QCOMPARE(session.exitCode(), 1); // as it was killed with
         QVERIFY(remove());
+    }
+
+    void theStartersExitCodeIsTheShells()
+    {
+        QCOMPARE(install(QStringLiteral("present")), 0);
+        const QString shell = folder() + QStringLiteral("/quillet.exe");
+        QVERIFY(QFile::remove(shell));
+        QVERIFY(QFile::copy(WineSession::tools() + QStringLiteral("/testapp.exe"), shell));
+        const QString evidence = m_session->driveC() + QStringLiteral("/evidence");
+        QProcess session;
+        m_session->start(session, QStringLiteral("C:\\Program Files\\Quillet\\quillet-session.exe"),
+                         {"--end", "500", "--exit", "7", "--evidence", "C:\\evidence", "an argument"});
+        QVERIFY(session.waitForFinished(patience));
+        QCOMPARE(session.exitCode(), 7);
+        QVERIFY(Sandbox::readFile(evidence).contains("argument an argument"));
     }
 
     void aStarterWithoutItsShellSaysWhy()
@@ -237,7 +273,7 @@ private slots:
     void settingsThatNobodyChangedFollowTheUpgradeAndGoWithTheRemoval()
     {
         QCOMPARE(install(QStringLiteral("older")), 0);
-        QCOMPARE(Sandbox::readFile(settings()), sample());
+        QCOMPARE(Sandbox::readFile(settings()), QByteArray("; Settings of an older version\r\n"));
         QCOMPARE(install(QStringLiteral("present")), 0);
         QCOMPARE(Sandbox::readFile(settings()), sample());
         QVERIFY(remove());
@@ -265,6 +301,26 @@ private slots:
         QVERIFY(remove());
         QCOMPARE(shellValue(), QStringLiteral("other.exe"));
         verifyNothingIsLeft();
+    }
+
+    void aShellValueOfOursIsKnownHoweverItIsWritten_data()
+    {
+        QTest::addColumn<QString>("value");
+        QTest::newRow("without quotation marks") << "C:\\Program Files\\Quillet\\quillet-session.exe";
+        QTest::newRow("with arguments") << "\"C:\\PROGRA~1\\QUILLET\\QUILLET-SESSION.EXE\" -x ";
+        QTest::newRow("the shell itself") << "C:\\Program Files\\Quillet\\quillet.exe";
+    }
+    void aShellValueOfOursIsKnownHoweverItIsWritten()
+    {
+        QFETCH(QString, value);
+        setShell(QStringLiteral("%windir%\\explorer.exe"));
+        QCOMPARE(install(QStringLiteral("older"), QStringLiteral("/SHELL=1")), 0);
+        setShell(value);
+        QCOMPARE(install(QStringLiteral("present"), QStringLiteral("/SHELL=1")), 0);
+        QCOMPARE(shellValue(), starter);
+        setShell(value);
+        QVERIFY(remove());
+        QCOMPARE(shellValue(), QStringLiteral("%windir%\\explorer.exe"));
     }
 
     void aMachineIsNeverLeftWithoutAShell()
@@ -305,18 +361,16 @@ private slots:
         const QString program = QFileInfo(setup(QStringLiteral("present"))).fileName();
         QVERIFY(m_session->waitForWindow(program, QStringLiteral("Quillet Setup")));
         QVERIFY(!m_session->screenshot(QStringLiteral("welcome")).isNull());
-        m_session->press(QStringLiteral("Return"));
-        QTest::qWait(1500); // the page has no title of its own to wait for
+        QVERIFY(pressAndWait(QStringLiteral("Return")));
         m_session->press(QStringLiteral("Down"));
-        m_session->press(QStringLiteral("space"));
+        QVERIFY(pressAndWait(QStringLiteral("space")));
         QVERIFY(!m_session->screenshot(QStringLiteral("components")).isNull());
-        m_session->press(QStringLiteral("Return"));
-        QTest::qWait(1500);
+        QVERIFY(pressAndWait(QStringLiteral("Return")));
         QVERIFY(!m_session->screenshot(QStringLiteral("folder")).isNull());
-        m_session->press(QStringLiteral("Return"));
-        QVERIFY(QTest::qWaitFor([this] { return !registry(programs, QStringLiteral("NoRepair")).isNull(); },
-                                patience));
-        QTest::qWait(3000);
+        QVERIFY(pressAndWait(QStringLiteral("Return")));
+        QVERIFY(
+            QTest::qWaitFor([this] { return shellValue() == starter; }, patience)); // the last that is done
+        QVERIFY(waitForRest());
         QVERIFY(!m_session->screenshot(QStringLiteral("finish")).isNull());
         m_session->press(QStringLiteral("Return"));
         QVERIFY(installer.waitForFinished(patience));

@@ -151,7 +151,7 @@ private slots:
         QCOMPARE(translator.translate("QPlatformTheme", "Save"), QStringLiteral("Guardar"));
         QCOMPARE(translator.translate("QPlatformTheme", "&Yes"), QStringLiteral("&Sí"));
         QCOMPARE(translator.translate("QFileSystemModel", "Date Modified"),
-                 QStringLiteral("Última modificación"));
+                 QStringLiteral("Fecha de modificación"));
     }
 
     void aTranslationHasTheShapeOfItsText_data()
