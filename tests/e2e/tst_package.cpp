@@ -189,6 +189,7 @@ private slots:
         QProcess session;
         m_session->startAsUser(session, QStringLiteral("C:\\Program Files\\Quillet\\quillet-session.exe"), {},
                                {}, m_session->home());
+        QVERIFY(session.waitForStarted(patience));
         // In the language of the translation beside it.
         QStringList windows;
         QVERIFY2(
