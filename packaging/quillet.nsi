@@ -67,8 +67,8 @@ LangString programText ${LANG_ENGLISH} "The program, its libraries and a setting
 LangString programText ${LANG_SPANISH} "El programa, sus bibliotecas y un archivo de configuración si no hay ninguno."
 LangString shellName ${LANG_ENGLISH} "Shell of this machine"
 LangString shellName ${LANG_SPANISH} "Shell de este equipo"
-LangString shellText ${LANG_ENGLISH} "Starts Quillet instead of the Windows shell at log-on; administrators with full rights get the desktop. Removing Quillet puts the present shell back."
-LangString shellText ${LANG_SPANISH} "Inicia Quillet en lugar del shell de Windows al iniciar la sesión; los administradores con todos los derechos obtienen el escritorio. Al quitar Quillet vuelve el shell actual."
+LangString shellText ${LANG_ENGLISH} "Starts Quillet at log-on instead of the present shell. Removing Quillet puts that back."
+LangString shellText ${LANG_SPANISH} "Inicia Quillet al iniciar la sesión en lugar del shell actual, que vuelve al quitar Quillet."
 
 VIProductVersion "${VERSION4}"
 VIFileVersion "${VERSION4}"
