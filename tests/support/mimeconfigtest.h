@@ -24,6 +24,7 @@ protected:
 
     // The server's data, before connectServer().
     TwData& data() { return m_server->data; }
+    TwServer& server() { return *m_server; }
     void addApplication(const QString& id, const QString& displayName);
     // Joined with ":".
     void addExtension(const QString& extension, const char* applications);

@@ -213,11 +213,14 @@ private slots:
     void withoutExtensionsNothingIsShownOrModified()
     {
         startServer();
+        addExtension(QStringLiteral(".odt"), "a");
+        // A refusal: an empty list would be one empty extension.
+        server().setFault("get_application_extensions_list", TwFault(TwFault::Refused, 0, "not today"));
         connectServer();
-        // A refusal, where an empty list would be one empty extension.
-        env::setServerClient(nullptr);
         open();
-        extensions()->clear();
+        QCOMPARE(extensions()->count(), 0);
+        for (const QByteArray& request : takeRequests())
+            QVERIFY2(!request.startsWith("get_applications?"), request);
         editor().updateSelected(0);
         QCOMPARE(extensions()->currentIndex(), -1);
         clearDebugOutput();

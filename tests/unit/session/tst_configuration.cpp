@@ -8,13 +8,13 @@
 #include "shell/focusframe.h"
 #include "shell/menu.h"
 #include "shell/threadbutton.h"
+#include "support/ownmethods.h"
 #include "support/shelltest.h"
 
 #include <QGridLayout>
 #include <QLineEdit>
-#include <QPainter>
+#include <QPointer>
 #include <QPushButton>
-#include <QScreen>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -116,6 +116,24 @@ private slots:
             QVERIFY(!tool->isWindow());
             QVERIFY(tool->isHidden());
         }
+    }
+
+    void thePanelTakesItsToolsAlong()
+    {
+        auto panel = std::make_unique<Configure>(nullptr, QStringLiteral("e6eaed"));
+        panel->resize(QSize(800, 600));
+        panel->setUp();
+        const QPointer<QWidget> tools[] = {panel->findChild<MimeConfig*>(), panel->findChild<UserConfig*>()};
+        QVERIFY(tools[0] && tools[1]);
+        panel.reset();
+        QVERIFY(!tools[0] && !tools[1]);
+    }
+
+    void itHasOneSlotOfItsOwn()
+    {
+        QCOMPARE(ownMethods(Configure::staticMetaObject),
+                 QStringList("launchConfigurationApplication(QWidget*)"));
+        QCOMPARE(ownMethods(UserConfig::staticMetaObject), QStringList({"accept()", "reject()"}));
     }
 
     void aClickAsksForTheToolWithForce()
