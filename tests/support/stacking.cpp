@@ -30,6 +30,7 @@ BOOL CALLBACK visit(HWND window, LPARAM context)
 
 int main()
 {
+    GetDesktopWindow(); // which is made now, if nobody has asked for it
     std::string told;
     for (;; Sleep(period)) {
         std::string stacking = numberOf(GetForegroundWindow());

@@ -322,12 +322,21 @@ private slots:
     void aLabelThatIsAPixelSizeTooWideIsWrittenThatMuchSmaller()
     {
         QFont font(QStringLiteral("Helvetica"), 13);
-        font.setPixelSize(13);
-        QString label(QStringLiteral("Wide\n"));
-        while (QFontMetrics(font).horizontalAdvance(label.section('\n', 1)) <= 74)
-            label += 'i';
+        const auto width = [&font](const QString& text, int size) {
+            font.setPixelSize(size);
+            return QFontMetrics(font).horizontalAdvance(text);
+        };
+        QString wide; // which letters make one depends on the font
+        for (const char letter : {'i', 'a', 'n', 'o', 'c', 'e', 'r', 't', 'm', 'C', 'W'}) {
+            QString line;
+            while (width(line, 13) <= 74)
+                line += QLatin1Char(letter);
+            if (width(line, 12) <= 74)
+                wide = line;
+        }
+        QVERIFY(!wide.isEmpty());
+        const QString label = QStringLiteral("Wide\n") + wide;
         font.setPixelSize(12);
-        QVERIFY(QFontMetrics(font).horizontalAdvance(label.section('\n', 1)) <= 74);
         QImage expected(74, 112, QImage::Format_RGB32);
         expected.fill(ground);
         {
