@@ -99,7 +99,7 @@ void Configure::focusInEvent(QFocusEvent* event)
 void Configure::keyPressEvent(QKeyEvent* event)
 {
     if (toolInView())
-        PixmapFrame::keyPressEvent(event);
+        event->ignore();
     else
         Menu::keyPressEvent(event);
 }

@@ -139,8 +139,8 @@ void MimeConfig::addKeys()
         connect(shortcut, SIGNAL(activated()), button, SLOT(click()));
     };
     addKey(m_form.applicationsList, Qt::Key_Insert, m_form.addButton);
-    addKey(m_form.selectedList, Qt::ALT | Qt::Key_Up, m_form.upButton);
-    addKey(m_form.selectedList, Qt::ALT | Qt::Key_Down, m_form.downButton);
+    addKey(m_form.selectedList, Qt::ALT + Qt::Key_Up, m_form.upButton);
+    addKey(m_form.selectedList, Qt::ALT + Qt::Key_Down, m_form.downButton);
     addKey(m_form.selectedList, Qt::Key_Delete, m_form.removeButton);
 }
 
