@@ -90,11 +90,7 @@ void UserConfig::accept()
     } else if (oldPassword.isEmpty()) {
         refuse(tr("Incorrect password"), tr("The old password must not be empty"));
     } else {
-        const quint32 result = winapi::changePassword(oldPassword, newPassword);
-        if (winapi::passwordChange(result) == winapi::PasswordChange::Made)
-            finish(newPassword);
-        else
-            tellFailure(result);
+        tellResult(winapi::changePassword(oldPassword, newPassword), newPassword);
     }
 }
 
@@ -111,10 +107,13 @@ void UserConfig::refuse(const QString& title, const QString& text)
     QMessageBox::critical(this, title, text);
 }
 
-void UserConfig::tellFailure(quint32 result)
+void UserConfig::tellResult(quint32 result, const QString& newPassword)
 {
     const QString title = tr("Cannot change password");
     switch (winapi::passwordChange(result)) {
+    case winapi::PasswordChange::Made:
+        finish(newPassword);
+        break;
     case winapi::PasswordChange::NotPermitted:
         refuse(title, tr("Not enough permissions to change password"));
         break;

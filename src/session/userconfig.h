@@ -45,7 +45,7 @@ private:
     QLineEdit* addPasswordField(const QString& label, int row);
     void giveFocusToField();
     void refuse(const QString& title, const QString& text);
-    void tellFailure(quint32 result);
+    void tellResult(quint32 result, const QString& newPassword);
     void finish(const QString& newPassword);
 
     QGridLayout* const m_layout;
