@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QDesktopWidget>
+#include <QDir>
 #include <QTimer>
 #include <QtTest>
 
@@ -49,6 +50,19 @@ void ShellTest::startServer()
     sandbox().writeToken("[General]\nUserToken=the token\n");
     addToServer(QStringLiteral("letters"), QStringLiteral("letters.exe"), QStringLiteral("127.0.0.1"),
                 QStringLiteral("windows"));
+}
+
+void ShellTest::startShellWithRemoteApplication()
+{
+    startServer();
+    addToServer(QStringLiteral("word"), QStringLiteral("C:\\word.exe"), QStringLiteral("192.0.2.1"),
+                QStringLiteral("linux"));
+    const QString bin = sandbox().scratch() + QStringLiteral("/bin");
+    QDir().mkpath(bin);
+    QVERIFY(QFile::copy(QStringLiteral(PROBE), bin + QStringLiteral("/xfreerdp")));
+    sandbox().setVariable("PATH", bin.toUtf8());
+    sandbox().setVariable("PROBE_REPORT", reportPath().toUtf8());
+    startShell();
 }
 
 void ShellTest::addToServer(const QString& id, const QString& program, const QString& address,

@@ -40,6 +40,8 @@ protected:
     void addToServer(const QString& id, const QString& program, const QString& address,
                      const QString& system);
     TwServer& server() { return *m_server; }
+    // With a server whose application "word" is on a remote host; the client for it is the probe.
+    void startShellWithRemoteApplication();
 
     // A window of some other program; a style that Windows would add to stays as it is.
     static qlonglong openWindow(const QString& title, DWORD style = WS_OVERLAPPEDWINDOW | WS_VISIBLE,

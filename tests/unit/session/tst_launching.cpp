@@ -9,7 +9,6 @@
 
 #include <QApplication>
 #include <QDesktopWidget>
-#include <QDir>
 #include <QTimer>
 #include <QtTest>
 
@@ -68,15 +67,7 @@ private slots:
 
     void aLaunchPassesNoSizeAndNoPort()
     {
-        startServer();
-        addToServer(QStringLiteral("word"), QStringLiteral("C:\\word.exe"), QStringLiteral("192.0.2.1"),
-                    QStringLiteral("linux"));
-        const QString bin = sandbox().scratch() + QStringLiteral("/bin");
-        QDir().mkpath(bin);
-        QVERIFY(QFile::copy(QStringLiteral(PROBE), bin + QStringLiteral("/xfreerdp")));
-        sandbox().setVariable("PATH", bin.toUtf8());
-        sandbox().setVariable("PROBE_REPORT", reportPath().toUtf8());
-        startShell();
+        startShellWithRemoteApplication();
         AppInstance app(QStringLiteral("word"), env::serverClient());
         desktop().launchApplication(&app);
         const QStringList arguments = ProbeReport::take(reportPath()).arguments;

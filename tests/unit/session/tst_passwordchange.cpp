@@ -9,7 +9,6 @@
 #include "support/probereport.h"
 #include "support/shelltest.h"
 
-#include <QDir>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -53,19 +52,6 @@ class PasswordChangeTest : public ShellTest
 
     static QStringList changes() { return calls({"NetUserChangePassword"}); }
 
-    // An application "word" on a remote host, whose client is the probe.
-    void startShellWithRemoteApplication()
-    {
-        startServer();
-        addToServer(QStringLiteral("word"), QStringLiteral("C:\\word.exe"), QStringLiteral("192.0.2.1"),
-                    QStringLiteral("linux"));
-        const QString bin = sandbox().scratch() + QStringLiteral("/bin");
-        QDir().mkpath(bin);
-        QVERIFY(QFile::copy(QStringLiteral(PROBE), bin + QStringLiteral("/xfreerdp")));
-        sandbox().setVariable("PATH", bin.toUtf8());
-        sandbox().setVariable("PROBE_REPORT", reportPath().toUtf8());
-        startShell();
-    }
     // The password that the client was started with last.
     QString passedPassword()
     {
