@@ -4,6 +4,7 @@
 #include "env/log.h"
 #include "resources/resources.h"
 #include "session/desktop.h"
+#include "shell/appbutton.h"
 
 #include <QApplication>
 #include <QStyle>
@@ -51,6 +52,7 @@ int shellMain()
     // Else pages that do not close would keep Windows from logging the user off.
     QGuiApplication::setFallbackSessionManagementEnabled(false);
     installPreferredStyle();
+    AppButton::installFontFallbacks();
     catalogue::loadExtensionMap();
     installTranslation();
     env::logInfo(QStringLiteral("Calling manager"));

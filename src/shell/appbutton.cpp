@@ -18,6 +18,7 @@ constexpr int iconFirst = 5;     // left and top of the icon, pixels
 constexpr int iconLast = 69;     // right and bottom, inclusive
 constexpr int iconHalf = 32;     // half the side of the picture that an icon is asked for
 constexpr int fontSize = 13;
+const char fontFamily[] = "Helvetica";
 constexpr QRgb stripColor = 0xE6EAED;
 constexpr double stripOpacity = 0.85;
 
@@ -39,7 +40,7 @@ QString labelOf(const AppInstance& application)
 // A label that is a little too wide is written a pixel smaller rather than cut short.
 QFont labelFont(const QString& label)
 {
-    QFont font(QStringLiteral("Helvetica"), fontSize);
+    QFont font(QLatin1String(fontFamily), fontSize);
     const auto fitsAt = [&](int size) {
         font.setPixelSize(size);
         return shell::fitLabel(label, QFontMetrics(font), shell::launcherCell.width()) == label;
@@ -72,6 +73,12 @@ AppButton::AppButton(AppInstance* application, QWidget* parent)
 AppButton::AppButton(const QIcon& icon, const QString& text, QWidget* widget, QWidget* parent)
     : AppButton(nullptr, icon, text, widget, parent)
 {}
+
+void AppButton::installFontFallbacks()
+{
+    QFont::insertSubstitutions(QLatin1String(fontFamily),
+                               {QStringLiteral("Arial"), QStringLiteral("Liberation Sans")});
+}
 
 void AppButton::buttonClicked()
 {

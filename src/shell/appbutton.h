@@ -23,6 +23,10 @@ public:
     // `text` is shown as it is, with its line break.
     AppButton(const QIcon& icon, const QString& text, QWidget* widget, QWidget* parent);
 
+    // Labels are written in Helvetica, which Windows does not bring: from now on Arial stands in for it where
+    // it is missing, or Liberation Sans. Their letters have the same widths.
+    static void installFontFallbacks();
+
 signals:
     // The button was pressed and released; one of the two, by what it stands for.
     void appButtonClicked(AppInstance* application);

@@ -23,13 +23,9 @@ class ConfigurationStory : public QObject
 
     static void press(ShellStory& story, const QString& key) { story.windows().press(key); }
 
-    // Waits until the page's picture has changed from what it was, and takes it.
     static bool waitForChange(ShellStory& story, const QImage& before, const QString& name)
     {
-        const bool changed = QTest::qWaitFor(
-            [&] { return story.windows().screen().copy(story.page()) != before.copy(story.page()); },
-            patience);
-        QTest::qWait(500); // it is painted as a whole
+        const bool changed = story.waitForPageChange(before);
         story.look(name);
         return changed;
     }

@@ -14,6 +14,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QPainter>
+#include <QProxyStyle>
 #include <QTimer>
 #include <QtTest>
 
@@ -24,10 +25,25 @@ namespace {
 
 bool s_warned = false;
 
+// As on Windows, where the buttons of boxes have no pictures.
+class WindowsHints : public QProxyStyle
+{
+public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* result) const override
+    {
+        if (hint == SH_DialogButtonBox_ButtonsHaveIcons)
+            return 0;
+        return QProxyStyle::styleHint(hint, option, widget, result);
+    }
+};
+
 void tellWarnings(QtMsgType type, const QMessageLogContext&, const QString& text)
 {
-    // The bar takes pictures of windows that only the simulation has.
-    if (type == QtDebugMsg || type == QtInfoMsg || text.contains(QLatin1String("BadDrawable")))
+    // The bar takes pictures of windows that only the simulation has. X refuses the keyboard to a window that
+    // is just being hidden.
+    if (type == QtDebugMsg || type == QtInfoMsg || text.contains(QLatin1String("BadDrawable")) ||
+        text.contains(QLatin1String("(SetInputFocus)")))
         return;
     s_warned = true;
     std::fprintf(stderr, "%s\n", qPrintable(text));
@@ -163,6 +179,7 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     initResources();
     qInstallMessageHandler(tellWarnings);
+    QApplication::setStyle(new WindowsHints); // the application's
     QFont font(QStringLiteral("Liberation Sans"));
     font.setPixelSize(12); // as on Windows
     QApplication::setFont(font);

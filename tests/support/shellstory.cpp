@@ -96,6 +96,16 @@ void ShellStory::publish(const QString& id, const QColor& colour, const QStringL
     setOptions(id, options);
 }
 
+bool ShellStory::publishFrom(const QString& file)
+{
+    QString error;
+    const bool isLoaded = m_server.data.load(QStringLiteral(STORIES "/") + file, &error);
+    if (!isLoaded)
+        qWarning("%s", qPrintable(error));
+    m_published = m_server.data.valid;
+    return isLoaded;
+}
+
 void ShellStory::setOptions(const QString& id, const QStringList& options) const
 {
     const QStringList all = QStringList({"--colour", m_colours.value(id).name().mid(1), "--evidence",
@@ -124,10 +134,9 @@ bool ShellStory::start()
     return m_server.start() && startShell(m_server.port()) && waitForLauncher();
 }
 
-bool ShellStory::startWithPassword()
+bool ShellStory::startWithPassword(const QString& title)
 {
-    return m_server.start() && startShell(m_server.port()) &&
-           m_session.waitForWindow(shellProgram, QStringLiteral("Dialog"));
+    return m_server.start() && startShell(m_server.port()) && m_session.waitForWindow(shellProgram, title);
 }
 
 bool ShellStory::startAlone()
@@ -311,6 +320,21 @@ bool ShellStory::waitForFront(const QString& program, const QString& title)
 bool ShellStory::waitForPage()
 {
     return waitForFront(shellProgram, QStringLiteral("quillet"));
+}
+
+bool ShellStory::waitForPageChange(const QImage& before) const
+{
+    const bool changed = waitUntil([&] { return m_session.screen().copy(page()) != before.copy(page()); });
+    // It is painted as a whole when it stays as it is for a moment.
+    QImage last;
+    return changed && waitUntil([&] {
+               const QImage screen = m_session.screen().copy(page());
+               const bool stays = screen == last;
+               last = screen;
+               if (!stays)
+                   QTest::qWait(300);
+               return stays;
+           });
 }
 
 bool ShellStory::waitForArrow() const

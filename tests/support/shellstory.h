@@ -29,6 +29,9 @@ public:
     // Publishes testapp, with these options, as the application `id`, the next in the launcher. Its windows
     // are of this colour. Before the start.
     void publish(const QString& id, const QColor& colour, const QStringList& options = QStringList());
+    // Publishes what a file of tests/e2e says, see TwData. Before the start; false when there is no such
+    // file.
+    bool publishFrom(const QString& file);
     // It has these options from now on.
     void setOptions(const QString& id, const QStringList& options) const;
     // What happened to it, see testapp.
@@ -39,8 +42,8 @@ public:
 
     // Starts the shell with the server, which knows the user's token, and waits for the launcher.
     bool start();
-    // The server wants the password "tide"; waits for the login dialog.
-    bool startWithPassword();
+    // The server wants the password "tide"; waits for the login dialog with this title.
+    bool startWithPassword(const QString& title = QStringLiteral("Dialog"));
     bool startAlone(); // without a server; waits for the launcher
     bool waitForLauncher();
 
@@ -72,6 +75,8 @@ public:
     WineWindow front();
     bool waitForFront(const QString& program, const QString& title);
     bool waitForPage(); // one of the shell's own
+    // Whether the page comes to show something else than in `before`, and has painted it.
+    bool waitForPageChange(const QImage& before) const;
     // Whether the cursor is, or comes to be, what it was when the launcher came; or something else.
     bool isArrow() const { return m_session.cursor() == m_arrow; }
     bool waitForArrow() const;

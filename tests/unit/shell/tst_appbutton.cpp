@@ -319,6 +319,19 @@ private slots:
         QCOMPARE(look(tool(QIcon(), "Text\nEditor")), expected);
     }
 
+    void withoutHelveticaLabelsAreWrittenInWhatHasItsWidths()
+    {
+        AppButton::installFontFallbacks();
+        const auto undo = qScopeGuard([] { QFont::removeSubstitutions(QStringLiteral("Helvetica")); });
+        const QStringList sameWidths({"arial", "liberation sans"}); // Qt keeps them so
+        QCOMPARE(QFont::substitutes(QStringLiteral("Helvetica")), sameWidths);
+#ifdef Q_OS_WIN
+        // Of a size that nobody has asked for: fonts that were found are kept.
+        const QString family = QFontInfo(QFont(QStringLiteral("Helvetica"), 71)).family().toLower();
+        QVERIFY2(sameWidths.contains(family), qPrintable(family));
+#endif
+    }
+
     void aLabelThatIsAPixelSizeTooWideIsWrittenThatMuchSmaller()
     {
         QFont font(QStringLiteral("Helvetica"), 13);
