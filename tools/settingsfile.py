@@ -1,5 +1,6 @@
 """Reads a settings file as the program does on Windows, in the INI dialect of QSettings, with notes on what may not be
 read as it was meant."""
+import bisect
 import re
 from collections import namedtuple
 
@@ -164,6 +165,7 @@ class Settings:
 
     def __init__(self, data):
         self.data = data
+        self.line_ends = [match.end() for match in re.finditer(rb"\r\n|\r|\n", data)]
         self.encoding = "utf-8" if data.startswith(BOM) else "latin-1"
         self.sections = self._split()
         self.entries, self.strays = [], []  # strays: (line number, raw text, lines that it goes on for)
@@ -194,13 +196,12 @@ class Settings:
         raw = self.data[line.equals + 1:line.end]
         key = read_key(self.data[line.start:line.equals].rstrip(b" \t"))
         value, notes = read_value(raw, self.encoding)
-        rest = self.data[line.end:].splitlines()[:1] or [b""]
-        if rest[0].startswith(b";") and raw[-1:] not in (b" ", b"\t", b""):
+        if self.data[line.end:line.end + 1] == b";" and raw[-1:] not in (b" ", b"\t", b""):
             notes = notes + ["it ends before the semicolon, where a comment begins"]
         self.entries.append(Entry(section.name, key, self.number(line.start), raw, value, notes, spans))
 
     def number(self, offset):
-        return len(re.findall(rb"\r\n|\r|\n", self.data[:offset])) + 1
+        return bisect.bisect_right(self.line_ends, offset) + 1
 
     def looked_up(self, section, name):
         """Entries that the program finds for a key; the last one counts. Letters' case has no say."""
@@ -233,8 +234,8 @@ def escaped(text):
 
 def to_int(text):
     """A number as the program reads it: 0 when it is none, or too large for 32 bits."""
-    match = re.fullmatch(r"\s*([+-]?[0-9]+)\s*", text)
-    number = int(match.group(1)) if match else 0
+    match = re.fullmatch(r"\s*([+-]?)0*([0-9]{1,10})\s*", text)
+    number = int(match.group(1) + match.group(2)) if match else 0
     return number if -2**31 <= number < 2**31 else 0
 
 
