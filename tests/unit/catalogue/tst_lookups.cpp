@@ -70,6 +70,28 @@ private slots:
                  QStringLiteral("rdp"));
     }
 
+    void theGuidesExampleOfAUsersFileGivesAnApplicationArguments()
+    {
+        const QString guide = QString::fromUtf8(Sandbox::readFile(QStringLiteral(GUIDE)));
+        const QString page = guide.section(QStringLiteral("## The user's own applications file\n"), 1)
+                                 .section(QStringLiteral("\n## "), 0, 0);
+        QByteArray example;
+        for (const QString& line : page.split(QLatin1Char('\n'))) {
+            if (line.startsWith(QLatin1String("    ")))
+                example += line.trimmed().toUtf8() + '\n';
+        }
+        sandbox().writeUserApplications(example);
+        const QStringList ids = env::childGroups(userApplicationsPath());
+        QVERIFY(!ids.isEmpty());
+        const QString key = QStringLiteral("arguments");
+        for (const QString& id : ids) {
+            QVERIFY2(applicationIds().contains(id), qPrintable(id));
+            const QString given = env::readValue(userApplicationsPath(), id + QLatin1Char('/') + key);
+            QVERIFY(!given.isEmpty());
+            QCOMPARE(applicationValue(id, key), given);
+        }
+    }
+
     void anApplicationOfTheUsersFileAloneHasEveryKeyButIsNotListed()
     {
         const QStringList keys = {QStringLiteral("os"),
