@@ -7,33 +7,12 @@
 #include <QDir>
 #include <QtTest>
 
-#include <utility>
-
 using packages::filesOf;
 using packages::setup;
 
 class InstallerStory : public QObject, private InstallStory
 {
     Q_OBJECT
-
-    // The installer's pages have no titles of their own to wait for: what is seen changes, and then rests.
-    bool waitForRest()
-    {
-        QImage last;
-        return QTest::qWaitFor(
-            [&] {
-                QTest::qWait(500);
-                const QImage now = session->screen();
-                return std::exchange(last, now) == now;
-            },
-            patience);
-    }
-    bool pressAndWait(const QString& key)
-    {
-        const QImage before = session->screen();
-        session->press(key);
-        return QTest::qWaitFor([&] { return session->screen() != before; }, patience) && waitForRest();
-    }
 
 private slots:
     void init() { begin(QStringLiteral("package-") + QString::fromLatin1(QTest::currentTestFunction())); }
@@ -44,18 +23,17 @@ private slots:
     {
         QVERIFY(setShell(QStringLiteral("explorer.exe")));
         QCOMPARE(install(QStringLiteral("present")), 0);
-        QStringList expected = filesOf(WineSession::dist());
-        expected.removeOne(QStringLiteral("licenses/SOURCE"));
-        expected += {"licenses/README.txt",    "licenses/build-qt.sh",
-                     "licenses/gcc-copyright", "licenses/mingw-w64-copyright",
-                     "quillet.ini.sample",     "quillet.ini.written",
-                     "uninstall.exe"};
+        QTemporaryDir temporary;
+        const QString unpacked = packages::unpack(QStringLiteral("present"), temporary.path());
+        QVERIFY(!unpacked.isEmpty());
+        const QStringList inZip = filesOf(unpacked);
+        QStringList expected = inZip;
+        expected << QStringLiteral("quillet.ini.written") << QStringLiteral("uninstall.exe");
         expected.sort();
         QCOMPARE(filesOf(folder()), expected);
-        for (const QString& file : filesOf(WineSession::dist())) {
-            if (file != QLatin1String("licenses/SOURCE"))
-                QCOMPARE(Sandbox::readFile(folder() + '/' + file),
-                         Sandbox::readFile(WineSession::dist() + '/' + file));
+        for (const QString& file : inZip) {
+            QVERIFY2(Sandbox::readFile(folder() + '/' + file) == Sandbox::readFile(unpacked + '/' + file),
+                     qPrintable(file));
         }
         QCOMPARE(Sandbox::readFile(settings()), sample());
         QCOMPARE(registry(programs, QStringLiteral("DisplayVersion")), QStringLiteral(PROJECT_VERSION));
@@ -215,14 +193,56 @@ private slots:
         QCOMPARE(shellValue(), QStringLiteral("%windir%\\explorer.exe"));
     }
 
+    void aShellOfOursThatSomebodySetByHandStaysAtTheFirstInstallation()
+    {
+        QVERIFY(setShell(QStringLiteral("C:\\Unpacked\\quillet-session.exe")));
+        QCOMPARE(install(QStringLiteral("present")), 0);
+        QCOMPARE(shellValue(), QStringLiteral("C:\\Unpacked\\quillet-session.exe"));
+    }
+
+    void aShellValueComesBackAsItWas_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("value");
+        const QString variable = QStringLiteral("%windir%\\explorer.exe");
+        QTest::newRow("a variable, to be replaced") << "REG_EXPAND_SZ" << variable;
+        QTest::newRow("what looks like one") << "REG_SZ" << variable;
+        QTest::newRow("to be replaced, without a variable") << "REG_EXPAND_SZ"
+                                                            << "explorer.exe";
+        QTest::newRow("long") << "REG_SZ" << QStringLiteral("kiosk.exe ") + QString(2000, 'x');
+    }
+    void aShellValueComesBackAsItWas()
+    {
+        QFETCH(QString, type);
+        QFETCH(QString, value);
+        QVERIFY(setValue(winlogon, QStringLiteral("Shell"), value, type));
+        QCOMPARE(install(QStringLiteral("present"), QStringLiteral("/SHELL=1")), 0);
+        QCOMPARE(typedValue(own, QStringLiteral("PreviousShell")), type + ' ' + value);
+        QCOMPARE(shellType(), QStringLiteral("REG_SZ ") + starter);
+        QCOMPARE(removeInPlace(), 0);
+        QCOMPARE(shellType(), type + ' ' + value); // at once: it has waited
+        QCOMPARE(remains(), QStringList({folder(), QStringLiteral("uninstall.exe")}));
+    }
+
+    void otherSwitchesAreIgnored()
+    {
+        QVERIFY(setShell(QStringLiteral("explorer.exe")));
+        QCOMPARE(
+            install(QStringLiteral("present"), QStringLiteral("/QUIET --shell /SHELL=yes /D:C:\\Shell x")),
+            0);
+        QCOMPARE(shellValue(), QStringLiteral("explorer.exe"));
+        QVERIFY(QFile::exists(folder() + QStringLiteral("/quillet.exe")));
+    }
+
     void aMachineIsNeverLeftWithoutAShell()
     {
         QVERIFY(setShell(QString()));
         QVERIFY(shellValue().isNull());
         QCOMPARE(install(QStringLiteral("present"), QStringLiteral("/SHELL=1")), 0);
         QCOMPARE(shellValue(), starter);
+        QVERIFY(registry(own, QStringLiteral("PreviousShell")).isNull());
         QVERIFY(remove());
-        QCOMPARE(shellValue(), QStringLiteral("explorer.exe"));
+        QCOMPARE(shellType(), QStringLiteral("REG_SZ explorer.exe"));
     }
 
     void anotherFolderIsKeptByTheNextVersion()

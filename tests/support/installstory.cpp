@@ -7,6 +7,8 @@
 #include <QRegularExpression>
 #include <QtTest>
 
+#include <utility>
+
 namespace packages {
 
 namespace {
@@ -141,6 +143,25 @@ bool InstallStory::setValue(const QString& key, const QString& value, const QStr
         return typedValue(key, value).isNull() ||
                run(QStringLiteral("reg"), {"delete", key, "/v", value, "/f"}) == 0;
     return run(QStringLiteral("reg"), {"add", key, "/v", value, "/t", type, "/d", text, "/f"}) == 0;
+}
+
+bool InstallStory::waitForRest()
+{
+    QImage last;
+    return QTest::qWaitFor(
+        [&] {
+            QTest::qWait(500);
+            const QImage now = session->screen();
+            return std::exchange(last, now) == now;
+        },
+        patience);
+}
+
+bool InstallStory::pressAndWait(const QString& key)
+{
+    const QImage before = session->screen();
+    session->press(key);
+    return QTest::qWaitFor([&] { return session->screen() != before; }, patience) && waitForRest();
 }
 
 QStringList InstallStory::remains()

@@ -33,9 +33,10 @@ public:
     enum Code
     {
         done = 0,
-        givenUp = 1,
         failed = 2,
-        running = 5
+        running = 5,
+        notAlone = 6,
+        noRights = 7
     };
 
     static const QString winlogon; // the registry's keys
@@ -73,6 +74,12 @@ public:
 
     bool setShell(const QString& value) { return setValue(winlogon, QStringLiteral("Shell"), value); }
     QString shellValue() { return registry(winlogon, QStringLiteral("Shell")); }
+
+    QString shellType() { return typedValue(winlogon, QStringLiteral("Shell")); }
+
+    // Installers' pages have no titles of their own to wait for: what is seen changes, and then rests.
+    bool waitForRest();
+    bool pressAndWait(const QString& key);
 
     // What of the product is left: files in its folder, values in the registry. Empty when it is gone.
     QStringList remains();
