@@ -104,6 +104,18 @@ private slots:
         QCOMPARE(shellType(), QStringLiteral("REG_EXPAND_SZ ") + kiosk);
     }
 
+    void filesThatAreReadOnlyAreReplacedAndRemoved()
+    {
+        QCOMPARE(install(QStringLiteral("older")), done);
+        QCOMPARE(runLine(QStringLiteral("attrib +r \"C:\\Program Files\\Quillet\\*.*\"")), 0);
+        QVERIFY(!(QFile::permissions(folder() + QStringLiteral("/obsolete.txt")) & QFile::WriteOwner));
+        QCOMPARE(install(QStringLiteral("present")), done);
+        QCOMPARE(filesOf(folder()), allFiles());
+        QCOMPARE(runLine(QStringLiteral("attrib +r \"C:\\Program Files\\Quillet\\*.*\"")), 0);
+        QVERIFY(remove());
+        QTRY_COMPARE_WITH_TIMEOUT(remains(), QStringList(), patience);
+    }
+
     void nothingIsChangedWhereTheFilesCannotBeUnpacked()
     {
         QCOMPARE(install(QStringLiteral("older"), QStringLiteral("/SHELL=1")), done);
