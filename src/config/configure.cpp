@@ -5,9 +5,9 @@
 #include "session/userconfig.h"
 #include "shell/appbutton.h"
 #include "shell/focusframe.h"
-#include "shell/keyboard.h"
 
 #include <QKeyEvent>
+#include <QPointer>
 
 #include <utility>
 
@@ -53,8 +53,10 @@ bool Configure::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent)
         letButtonsHaveFocus();
-    if (event->type() == QEvent::KeyPress || event->type() == QEvent::ShowToParent)
-        m_lastKey = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
+    if (event->type() == QEvent::KeyPress) {
+        giveKey(watched, event);
+        return true;
+    }
     if (event->type() == QEvent::Hide) { // earlier than HideToParent: before the focus goes elsewhere
         for (const Tool& tool : std::as_const(m_tools)) {
             if (tool.widget == watched && tool.widget->isHidden()) { // not with the panel
@@ -64,6 +66,15 @@ bool Configure::eventFilter(QObject* watched, QEvent* event)
         }
     }
     return Menu::eventFilter(watched, event);
+}
+
+void Configure::giveKey(QObject* tool, QEvent* key)
+{
+    const QPointer<Configure> self(this); // what the key does may open a box, and the session end meanwhile
+    m_toolHasKey = true;
+    tool->event(key);
+    if (self)
+        m_toolHasKey = false;
 }
 
 void Configure::letButtonsHaveFocus()
@@ -78,9 +89,7 @@ void Configure::giveFocusBack(const Tool& tool)
     const QWidget* const focused = focusWidget();
     if (!focused || !tool.widget->isAncestorOf(focused))
         return;
-    const bool byKey =
-        m_lastKey == Qt::Key_Escape || m_lastKey == Qt::Key_Return || m_lastKey == Qt::Key_Enter;
-    if (byKey || FocusFrame::isShownOn(focused))
+    if (m_toolHasKey || FocusFrame::isShownOn(focused))
         FocusFrame::giveFocus(tool.button);
     else
         tool.button->setFocus(Qt::OtherFocusReason);

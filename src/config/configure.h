@@ -25,7 +25,7 @@ public slots:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-    // The keyboard goes to the tool in view; what it covers is out of reach.
+    // The keyboard goes to the tool in view; what it covers gets no focus, and no key that the tool leaves.
     void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     // The tool in view keeps covering the panel.
@@ -42,8 +42,9 @@ private:
     // The one that covers the others; null when none is shown.
     QWidget* toolInView() const;
     void letButtonsHaveFocus();
+    void giveKey(QObject* tool, QEvent* key);
     void giveFocusBack(const Tool& tool);
 
     QVector<Tool> m_tools;
-    int m_lastKey = 0; // that the tool in view got, 0 for none
+    bool m_toolHasKey = false; // a key press is with a tool, or with a box that it opened
 };

@@ -88,7 +88,6 @@ MimeConfig::MimeConfig(QWidget* panel, const QString& path)
     fillExtensions();
     connectWidgets();
     addKeys();
-    setFocusProxy(path.isEmpty() ? static_cast<QWidget*>(m_form.extensionsBox) : m_form.applicationsList);
 
     if (m_form.groupBox->count() > 0)
         appGroupActivated(0);
@@ -350,21 +349,18 @@ void MimeConfig::reject()
 
 // --- The keyboard
 
-bool MimeConfig::focusNextPrevChild(bool next)
+// No focus proxy: the Tab key would lead to the dialog itself and so pass over what comes before that.
+void MimeConfig::focusInEvent(QFocusEvent* event)
 {
-    // What lies behind in the panel cannot be seen.
-    QWidget* const target = shell::nextReachable(this, next);
-    if (!target)
-        return QDialog::focusNextPrevChild(next);
-    target->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-    return true;
+    QDialog::focusInEvent(event);
+    QWidget* const first = m_form.extensionsBox->isEnabled() ? static_cast<QWidget*>(m_form.extensionsBox)
+                                                             : m_form.applicationsList;
+    first->setFocus(event->reason());
 }
 
 void MimeConfig::keyPressEvent(QKeyEvent* event)
 {
     // The dialog's own default button is forgotten, where it is no window, when another button had the focus.
-    if (shell::pressWithEnter(m_form.acceptButton, *event))
-        return;
-    if (!shell::isArrowKey(*event)) // which the panel behind would take
+    if (!shell::pressWithEnter(m_form.acceptButton, *event))
         QDialog::keyPressEvent(event);
 }

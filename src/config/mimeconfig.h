@@ -50,7 +50,8 @@ public slots:
     void selectedChanged(int row);
 
 protected:
-    bool focusNextPrevChild(bool next) override;
+    // The keyboard begins at the extensions, or at the applications when there is but one extension.
+    void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

@@ -48,17 +48,4 @@ QWidget* firstReachable(QWidget* window)
     return nullptr;
 }
 
-QWidget* nextReachable(QWidget* widget, bool forward)
-{
-    const auto follow = [forward](const QWidget* w) {
-        return forward ? w->nextInFocusChain() : w->previousInFocusChain();
-    };
-    const QWidget* const focused = widget->focusWidget() ? widget->focusWidget() : widget;
-    for (QWidget* next = follow(focused); next != focused; next = follow(next)) {
-        if (isReachable(next) && widget->isAncestorOf(next) && !next->focusProxy())
-            return next;
-    }
-    return nullptr;
-}
-
 } // namespace shell

@@ -21,8 +21,4 @@ bool isReachable(const QWidget* widget);
 // What the Tab key leads to first in `window`; null when there is nothing.
 QWidget* firstReachable(QWidget* window);
 
-// What the Tab key, or Shift+Tab, leads to from what has the focus within `widget` if it never leaves it;
-// null when there is nothing else.
-QWidget* nextReachable(QWidget* widget, bool forward);
-
 } // namespace shell

@@ -1,7 +1,5 @@
 // The association editor under the keyboard and assistive technology, and with contents of all kinds.
 #include "catalogue/application.h"
-#include "shell/menu.h"
-#include "shell/plainbutton.h"
 #include "support/mimeconfigtest.h"
 
 #include <QAbstractItemView>
@@ -52,10 +50,9 @@ private slots:
         QCOMPARE(focused(), QStringLiteral("applicationsList"));
     }
 
-    void tabGoesThroughWhatCanBeUsedAndStaysInside()
+    void tabGoesThroughWhatCanBeUsed()
     {
         openWithServer();
-        new QPushButton(QStringLiteral("behind"), panel());
         QStringList way;
         for (int i = 0; i < 11; ++i) {
             key(Qt::Key_Tab);
@@ -233,29 +230,6 @@ private slots:
         groups()->setFocus();
         key(Qt::Key_Down);
         QCOMPARE(idsIn(applications()), QStringList({"c", "d"}));
-    }
-
-    void theArrowsDoNotReachThePanelBehind()
-    {
-        startServer();
-        connectServer();
-        Menu menu(nullptr, QStringLiteral("e6eaed"));
-        menu.resize(QSize(600, 400));
-        for (int i = 0; i < 2; ++i)
-            menu.place(new PlainButton);
-        MimeConfig inMenu(&menu);
-        menu.show();
-        inMenu.show();
-        QVERIFY(QTest::qWaitForWindowActive(&menu));
-        auto* const list = inMenu.findChild<QListWidget*>(QStringLiteral("applicationsList"));
-        auto* const cancel = inMenu.findChild<QWidget*>(QStringLiteral("cancelButton"));
-        for (QWidget* const widget : {static_cast<QWidget*>(list), cancel}) {
-            widget->setFocus();
-            for (const int arrow : {Qt::Key_Up, Qt::Key_Left, Qt::Key_Right, Qt::Key_Down}) {
-                key(arrow);
-                QVERIFY(inMenu.isAncestorOf(QApplication::focusWidget()));
-            }
-        }
     }
 
     void hiddenItGivesTheFocusAway()

@@ -211,6 +211,40 @@ private slots:
         QVERIFY(covers(tool));
     }
 
+    void theMousesWayBackShowsNoFrameAlsoAfterAKeyThatOpenedABox()
+    {
+        startShell();
+        openTool(1);
+        QTRY_VERIFY(password().isAncestorOf(QApplication::focusWidget()));
+        answers().expectBox(QStringLiteral("Incorrect password"),
+                            QStringLiteral("The new password must not be empty"), QMessageBox::Critical,
+                            QMessageBox::Ok, QMessageBox::Ok, &password());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        panel().activateWindow(); // again, now that the box is gone
+        QTRY_VERIFY(panel().isActiveWindow());
+        QTest::mouseClick(password().findChildren<QPushButton*>().first(), Qt::LeftButton); // goes back
+        QCOMPARE(QApplication::focusWidget(), static_cast<QWidget*>(buttons().at(1)));
+        QVERIFY(!FocusFrame::isShownOn(buttons().at(1)));
+    }
+
+    void aKeyWhoseBoxEndsTheToolShowsTheFrame()
+    {
+        startShell();
+        openTool(1);
+        QTRY_VERIFY(password().isAncestorOf(QApplication::focusWidget()));
+        for (QLineEdit* const field : password().findChildren<QLineEdit*>())
+            field->setText(QStringLiteral("tide"));
+        answers().expectBox(QStringLiteral("Password change succesful"),
+                            QStringLiteral("The password has been changed."), QMessageBox::Information,
+                            QMessageBox::Ok, QMessageBox::Ok, &password());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QVERIFY(password().isHidden());
+        panel().activateWindow(); // again, now that the box is gone
+        QTRY_VERIFY(panel().isActiveWindow());
+        QCOMPARE(QApplication::focusWidget(), static_cast<QWidget*>(buttons().at(1)));
+        QVERIFY(FocusFrame::isShownOn(buttons().at(1)));
+    }
+
     void theKeyboardStaysInTheToolInView_data() { aToolIsShownInPlace_data(); }
     void theKeyboardStaysInTheToolInView()
     {
