@@ -4,6 +4,7 @@
 #include "catalogue/cataloguefiles.h"
 #include "env/inifile.h"
 #include "shell/keyboard.h"
+#include "shell/messagebox.h"
 #include "shell/ownwindow.h"
 #include "shell/toolbutton.h"
 
@@ -12,7 +13,7 @@
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QListWidget>
-#include <QMessageBox>
+#include <QPointer>
 #include <QShortcut>
 #include <QSignalBlocker>
 
@@ -224,7 +225,8 @@ void MimeConfig::extensionsActivated(int index)
 {
     // The box has moved on already; what is saved is the one in view, and the user sees which it is.
     m_form.extensionsBox->setCurrentIndex(m_shownExtension);
-    save();
+    if (!save())
+        return;
     m_edits = {};
     updateSelected(index);
 }
@@ -303,7 +305,7 @@ void MimeConfig::moveSelected(int from, int to)
 
 // --- Saving
 
-void MimeConfig::save()
+bool MimeConfig::save()
 {
     QStringList modified;
     if (m_form.extensionsBox->currentIndex() != -1) {
@@ -314,25 +316,29 @@ void MimeConfig::save()
     qDebug("modifiedItems: %s", qUtf8Printable(modified.join(listSeparator)));
     qDebug("deletedItems: %s", qUtf8Printable(m_edits.deleted.join(listSeparator)));
     if (modified.isEmpty() && m_edits.deleted.isEmpty())
-        return;
+        return true;
 
-    const QMessageBox::StandardButton answer = QMessageBox::question(
-        this, tr("Modified configuration"), tr("Are you sure you want to change applications configuration?"),
-        QMessageBox::Save | QMessageBox::Discard);
+    const QPointer<MimeConfig> self(this);
+    const QMessageBox::StandardButton answer =
+        shell::showBox(this, QMessageBox::Question, tr("Modified configuration"),
+                       tr("Are you sure you want to change applications configuration?"),
+                       QMessageBox::Save | QMessageBox::Discard);
     if (answer != QMessageBox::Save) {
         qDebug("Didn't save!");
-        return;
+        return self;
     }
     const QStringList entries = config::associationEntries(modified, m_edits.deleted);
     const QString key = m_form.extensionsBox->currentText();
     qDebug("key: %s", qUtf8Printable(key));
     env::writeValue(associationsPath(), key, entries.join(listSeparator));
     emit mimeChanged();
+    return self;
 }
 
 void MimeConfig::accept()
 {
-    save();
+    if (!save())
+        return;
     if (m_embedded)
         hide();
     else

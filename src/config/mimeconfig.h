@@ -63,8 +63,8 @@ private:
 
     void moveSelected(int from, int to);
     QStringList shownIds() const;
-    // Asks before it saves; nothing when there is nothing to save.
-    void save();
+    // Asks before it saves; nothing when there is nothing to save. False when the editor is gone meanwhile.
+    bool save();
 
     MimeConfigForm m_form;
     bool m_embedded = true;

@@ -4,11 +4,11 @@
 #include "files/fileoperations.h"
 #include "files/filesystemwidget.h"
 #include "files/longwork.h"
+#include "shell/messagebox.h"
 
 #include <QDir>
 #include <QHeaderView>
 #include <QInputDialog>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QTreeView>
 
@@ -112,7 +112,8 @@ void FileSystemWidget::removeSlot()
                  : tr("This file is to be removed. This operation cannot be undone. Are you sure you want to "
                       "remove this file?");
     const QPointer<FileSystemWidget> self(this);
-    if (QMessageBox::warning(this, title, text, QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes ||
+    if (shell::showBox(this, QMessageBox::Warning, title, text, QMessageBox::Yes | QMessageBox::No) !=
+            QMessageBox::Yes ||
         !self)
         return;
     removePath(path);
@@ -209,7 +210,7 @@ void FileSystemWidget::newFolderSlot()
 
 void FileSystemWidget::tell(const QString& title, const QString& text)
 {
-    QMessageBox::critical(this, title, text);
+    shell::showBox(this, QMessageBox::Critical, title, text);
 }
 
 QString FileSystemWidget::askForName(const QString& title, const QString& label, const QString& name)

@@ -7,6 +7,7 @@
 #include "session/busycursor.h"
 #include "session/login.h"
 #include "session/screensize.h"
+#include "shell/messagebox.h"
 #include "shell/ownwindow.h"
 #include "shell/tabbar.h"
 #include "shell/taskfitting.h"
@@ -22,7 +23,6 @@
 #include <QDesktopWidget>
 #include <QDir>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QScopedValueRollback>
 
 #include <utility>
@@ -183,7 +183,8 @@ void Desktop::openFile(const QString& file, const QString& application)
     if (id.isEmpty()) {
         const QFileInfo info(file);
         if (catalogue::mimeTypeForFile(info) == QLatin1String(catalogue::recursiveLinkType)) {
-            QMessageBox::critical(nullptr, tr("Link error"), tr("This file is a recursive set of links"));
+            shell::showBox(nullptr, QMessageBox::Critical, tr("Link error"),
+                           tr("This file is a recursive set of links"));
             return;
         }
         id = Application::defaultApplication(QLatin1Char('.') + info.suffix());
@@ -412,9 +413,8 @@ bool Desktop::wantsSuspension()
     if (!m_tabBar || m_tabBar->count() <= m_tabBar->fixedCount())
         return false;
     const QScopedValueRollback<bool> asking(m_asking, true);
-    return QMessageBox::question(
-               nullptr, tr("Suspend session"),
-               tr("There are currently running applications. Do you want to suspend session "
-                  "keeping them running?"),
-               QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    return shell::showBox(nullptr, QMessageBox::Question, tr("Suspend session"),
+                          tr("There are currently running applications. Do you want to suspend session "
+                             "keeping them running?"),
+                          QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
 }

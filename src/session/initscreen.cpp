@@ -1,12 +1,13 @@
 #include "session/initscreen.h"
 
+#include "shell/messagebox.h"
+
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
 
 namespace {
 
@@ -74,7 +75,8 @@ void InitScreen::showEvent(QShowEvent* event)
 void InitScreen::on_buttonBox_accepted()
 {
     if (m_password->text().isEmpty()) {
-        QMessageBox::information(this, tr("Empty password"), tr("The password must not be empty"));
+        shell::showBox(this, QMessageBox::Information, tr("Empty password"),
+                       tr("The password must not be empty"));
         return;
     }
     accept();

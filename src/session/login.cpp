@@ -10,10 +10,10 @@
 #include "server/twclient.h"
 #include "session/initscreen.h"
 #include "session/screensize.h"
+#include "shell/messagebox.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QMessageBox>
 #include <QProcessEnvironment>
 
 namespace session {
@@ -25,7 +25,8 @@ constexpr char tokenKey[] = "UserToken";
 // Texts belong to the controller's context.
 void tell(const QString& text)
 {
-    QMessageBox::information(nullptr, QCoreApplication::translate("Desktop", "Server connection"), text);
+    shell::showBox(nullptr, QMessageBox::Information,
+                   QCoreApplication::translate("Desktop", "Server connection"), text);
 }
 
 QString storedToken()

@@ -2,6 +2,7 @@
 
 #include "env/identity.h"
 #include "shell/keyboard.h"
+#include "shell/messagebox.h"
 #include "shell/ownwindow.h"
 #include "shell/plainbutton.h"
 #include "winapi/accounts.h"
@@ -11,7 +12,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
+#include <QPointer>
 
 namespace {
 
@@ -104,7 +105,7 @@ void UserConfig::reject()
 
 void UserConfig::refuse(const QString& title, const QString& text)
 {
-    QMessageBox::critical(this, title, text);
+    shell::showBox(this, QMessageBox::Critical, title, text);
 }
 
 void UserConfig::tellResult(quint32 result, const QString& newPassword)
@@ -132,8 +133,12 @@ void UserConfig::tellResult(quint32 result, const QString& newPassword)
 
 void UserConfig::finish(const QString& newPassword)
 {
-    QMessageBox::information(this, tr("Password change succesful"), tr("The password has been changed."));
+    const QPointer<UserConfig> self(this);
+    shell::showBox(this, QMessageBox::Information, tr("Password change succesful"),
+                   tr("The password has been changed."));
     env::setCredentialsPassword(newPassword);
+    if (!self)
+        return;
     m_oldPassword->setText(newPassword);
     m_newPassword->clear();
     m_repeated->clear();

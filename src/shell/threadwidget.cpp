@@ -3,11 +3,11 @@
 #include "shell/closebutton.h"
 #include "shell/elidedlabel.h"
 #include "shell/focusframe.h"
+#include "shell/messagebox.h"
 #include "shell/plainbutton.h"
 #include "shell/threadbutton.h"
 
 #include <QGridLayout>
-#include <QMessageBox>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -97,11 +97,11 @@ void ThreadWidget::killButtonClickedSlot()
         return;
     const QPointer<ThreadWidget> self(this);
     const QPointer<ThreadButton> asked(m_button);
-    const QMessageBox::StandardButton answer = QMessageBox::warning(
-        nullptr, tr("Terminate application"),
-        tr("You are going to terminate the application.\nAll unsaved data will be lost.\n"
-           "Are you sure you want to do this?"),
-        QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+    const QMessageBox::StandardButton answer =
+        shell::showBox(nullptr, QMessageBox::Warning, tr("Terminate application"),
+                       tr("You are going to terminate the application.\nAll unsaved data will be lost.\n"
+                          "Are you sure you want to do this?"),
+                       QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
     if (answer != QMessageBox::Yes || !self || !asked)
         return;
     if (m_status) {

@@ -80,6 +80,43 @@ private slots:
         editor().accept();
     }
 
+    void enterThatLedToTheQuestionDoesNotAnswerIt()
+    {
+        openWithServer();
+        show();
+        remove(QStringLiteral("a"));
+        answers().expectDialog("QMessageBox", [](QWidget* widget) {
+            auto* const box = qobject_cast<QMessageBox*>(widget);
+            QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+            QCoreApplication::sendEvent(box->focusWidget() ? box->focusWidget() : box, &held);
+            QVERIFY(box->isVisible());
+            box->button(QMessageBox::Discard)->click();
+        });
+        QTest::keyClick(button("acceptButton"), Qt::Key_Return);
+        QVERIFY(editor().isHidden());
+        QVERIFY(!QFile::exists(filePath()));
+    }
+
+    void theEditorMayGoWhileItAsks_data()
+    {
+        QTest::addColumn<bool>("accept");
+        QTest::newRow("on the way out") << true;
+        QTest::newRow("on the way to another extension") << false;
+    }
+    void theEditorMayGoWhileItAsks()
+    {
+        QFETCH(bool, accept);
+        openWithServer();
+        show();
+        remove(QStringLiteral("a"));
+        answers().expectDialog("QMessageBox", [&](QWidget*) { close(); });
+        if (accept)
+            editor().accept();
+        else
+            editor().extensionsActivated(1);
+        QVERIFY(!QFile::exists(filePath()));
+    }
+
     void rejectingSavesNothingAndKeepsTheChanges_data()
     {
         QTest::addColumn<QByteArray>("button");

@@ -2,6 +2,7 @@
 // through them. What is changed stands in tst_passwordchange.cpp.
 #include "session/userconfig.h"
 
+#include "env/identity.h"
 #include "shell/menu.h"
 #include "shell/plainbutton.h"
 #include "support/markingtranslator.h"
@@ -359,6 +360,37 @@ private slots:
         QVERIFY(m_dialog->isVisible());
         expectEmptyPasswordBox();
         QTest::keyClick(button("Accept"), Qt::Key_Return);
+    }
+
+    void enterThatLedToABoxDoesNotAnswerIt()
+    {
+        show();
+        m_answers->expectDialog("QMessageBox", [](QWidget* widget) {
+            auto* const box = qobject_cast<QMessageBox*>(widget);
+            holdEnter(box->focusWidget() ? box->focusWidget() : box);
+            QVERIFY(box->isVisible());
+            box->reject();
+        });
+        QTest::keyClick(field(actual), Qt::Key_Return);
+    }
+
+    void theDialogMayGoWhileItTells_data()
+    {
+        QTest::addColumn<QString>("newPassword");
+        QTest::newRow("a refusal") << QString();
+        QTest::newRow("the change") << QStringLiteral("spring");
+    }
+    void theDialogMayGoWhileItTells()
+    {
+        QFETCH(QString, newPassword);
+        field(actual)->setText(QStringLiteral("tide"));
+        field(wanted)->setText(newPassword);
+        field(repeated)->setText(newPassword);
+        m_answers->expectDialog("QMessageBox", [this](QWidget*) { m_panel.reset(); });
+        m_dialog->accept();
+        QVERIFY(!m_panel);
+        if (!newPassword.isEmpty())
+            QCOMPARE(env::credentialsPassword(), newPassword); // Windows has changed it
     }
 
     void escapeAndTwoButtonsGoBackAndKeepTheFields_data()
