@@ -1,5 +1,6 @@
 #include "session/initscreen.h"
 
+#include "session/passwordfield.h"
 #include "shell/messagebox.h"
 
 #include <QComboBox>
@@ -41,7 +42,7 @@ InitScreen::InitScreen(QWidget* parent)
     m_panel->setFrameShape(QFrame::StyledPanel);
     m_languages->setObjectName(QStringLiteral("languageComboBox"));
     m_password->setObjectName(QStringLiteral("passwordLineEdit"));
-    m_password->setEchoMode(QLineEdit::Password);
+    session::makePasswordField(m_password);
     m_password->setMinimumWidth(fieldWidth);
     m_buttons->setObjectName(QStringLiteral("buttonBox"));
 

@@ -1,6 +1,7 @@
 #include "session/userconfig.h"
 
 #include "env/identity.h"
+#include "session/passwordfield.h"
 #include "shell/keyboard.h"
 #include "shell/messagebox.h"
 #include "shell/ownwindow.h"
@@ -205,6 +206,6 @@ QLineEdit* UserConfig::addField(const QString& label, int row)
 QLineEdit* UserConfig::addPasswordField(const QString& label, int row)
 {
     QLineEdit* const field = addField(label, row);
-    field->setEchoMode(QLineEdit::Password);
+    session::makePasswordField(field);
     return field;
 }

@@ -4,6 +4,7 @@
 #include "support/quillettest.h"
 
 #include <QAbstractButton>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -115,6 +116,13 @@ private slots:
                  picture(QIcon(QStringLiteral(":/icons/other/es_flag.png"))));
         QCOMPARE(picture(languages->itemIcon(1)),
                  picture(QIcon(QStringLiteral(":/icons/other/us_uk_flag.png"))));
+    }
+
+    void aPastedPasswordComesWithoutLineEnds()
+    {
+        QApplication::clipboard()->setText(QStringLiteral("tide\r\n"));
+        child<QLineEdit>("passwordLineEdit")->paste();
+        QCOMPARE(m_dialog->password(), QStringLiteral("tide"));
     }
 
     void theLanguageHasNoEffect()

@@ -11,6 +11,7 @@
 #include "support/quillettest.h"
 
 #include <QAccessible>
+#include <QClipboard>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -215,6 +216,43 @@ private slots:
             QVERIFY(field(text)->text().isEmpty());
             field(text)->insert(QStringLiteral("tide"));
             QVERIFY(field(text)->displayText() != QStringLiteral("tide"));
+        }
+    }
+
+    void aPastedPasswordComesWithoutLineEnds_data()
+    {
+        QTest::addColumn<QString>("pasted");
+        QTest::addColumn<QString>("password");
+        QTest::newRow("none") << " tide\t& "
+                              << " tide\t& ";
+        QTest::newRow("line feed") << "tide\n"
+                                   << "tide";
+        QTest::newRow("both") << "tide\r\n"
+                              << "tide";
+        QTest::newRow("many") << "tide\r\n\n\r"
+                              << "tide";
+        QTest::newRow("in front") << "\ntide"
+                                  << "tide";
+        QTest::newRow("between") << "ti\nde"
+                                 << "tide";
+        QTest::newRow("separators") << QString::fromUtf8("tide\xE2\x80\xA8\xE2\x80\xA9") << "tide";
+        QTest::newRow("alone") << "\r\n"
+                               << "";
+    }
+    void aPastedPasswordComesWithoutLineEnds()
+    {
+        QFETCH(QString, pasted);
+        QFETCH(QString, password);
+        QApplication::clipboard()->setText(pasted);
+        for (const QString& text : {actual, wanted, repeated}) {
+            field(text)->paste();
+            QCOMPARE(field(text)->text(), password);
+            QTest::keyClicks(field(text), "xy"); // goes on behind
+            QCOMPARE(field(text)->text(), QString(password + QStringLiteral("xy")));
+            field(text)->setCursorPosition(password.size() + 1);
+            field(text)->paste(); // between
+            QTest::keyClicks(field(text), "!");
+            QCOMPARE(field(text)->text(), QString(password + 'x' + password + "!y"));
         }
     }
 
