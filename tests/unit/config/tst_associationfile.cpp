@@ -199,6 +199,40 @@ private slots:
         QCOMPARE(file(), lines("[General]\n.doc=y\n.odt=b:!a\n\n[.pdf%3A%20application]\npdf=x:!y\n"));
     }
 
+    void aDamagedFileKeepsWhatCanBeReadAndGetsTheNewKey_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
+        const QByteArray saved("[General]\n.doc=y\n.odt=b:!a\n");
+        QTest::newRow("a line without a value") << QByteArray("[General]\n.doc=y\nnonsense\n") << saved;
+        QTest::newRow("an open section") << QByteArray("[General]\n.doc=y\n[General\n") << saved;
+        QTest::newRow("an open quote") << QByteArray("[General]\n.doc=y\n.gif=\"x")
+                                       << QByteArray("[General]\n.doc=y\n.gif=x\n.odt=b:!a\n");
+        QTest::newRow("no key") << QByteArray("[General]\n=x\n.doc=y\n")
+                                << QByteArray("[General]\n=x\n.doc=y\n.odt=b:!a\n");
+        QTest::newRow("zeros") << QByteArray("[General]\n.doc=y\n\0\0\0\n", 21) << saved;
+        QTest::newRow("cut off") << QByteArray("[General]\n.doc=y\n.p") << saved;
+        QTest::newRow("no text") << QByteArray("\x7F\x45LF\x02\xFF\xFE\0\x80", 9)
+                                 << QByteArray("[General]\n.odt=b:!a\n");
+        QTest::newRow("empty") << QByteArray() << QByteArray("[General]\n.odt=b:!a\n");
+    }
+    void aDamagedFileKeepsWhatCanBeReadAndGetsTheNewKey()
+    {
+        startServer();
+        addExtension(QStringLiteral(".odt"), "a:b");
+        connectServer();
+        QDir(sandbox().home()).mkpath(QStringLiteral(".quillet/mime"));
+        QFETCH(QByteArray, before);
+        Sandbox::writeFile(filePath(), lines(before));
+        open();
+        QSignalSpy saved(&editor(), SIGNAL(mimeChanged()));
+        remove(QStringLiteral("a"));
+        saveChanges();
+        QCOMPARE(saved.size(), 1);
+        QFETCH(QByteArray, after);
+        QCOMPARE(file(), lines(after));
+    }
+
     void everyExtensionHasAKeyOfItsOwn()
     {
         startServer();

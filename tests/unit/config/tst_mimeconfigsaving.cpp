@@ -286,6 +286,36 @@ private slots:
         QVERIFY(!QFile::exists(filePath()));
     }
 
+    void withAClientThatIsNotConnectedThereIsNothingToChange_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("every extension") << QString();
+        QTest::newRow("one file's") << QStringLiteral("/somewhere/report.odt");
+    }
+    void withAClientThatIsNotConnectedThereIsNothingToChange()
+    {
+        QFETCH(QString, path);
+        TWClient client;
+        env::setServerClient(&client);
+        Application::setValidApplications({"a", "b"});
+        open(path);
+        // An empty answer is a list of one empty text.
+        QCOMPARE(groups()->count(), 2);
+        QCOMPARE(groups()->itemText(0), QString());
+        QCOMPARE(groups()->itemText(1), QStringLiteral("<No group>"));
+        QCOMPARE(applications()->count(), 0);
+        QCOMPARE(extensions()->count(), 1);
+        QCOMPARE(extensions()->itemText(0), QString());
+        QCOMPARE(extensions()->currentIndex(), path.isEmpty() ? 0 : -1);
+        QCOMPARE(shown(), QString());
+        choose(groups(), 1);
+        QCOMPARE(applications()->count(), 0);
+        clearDebugOutput();
+        editor().accept();
+        QCOMPARE(messages(), QStringList({"modifiedItems: ", "deletedItems: "}));
+        QVERIFY(editor().isHidden());
+    }
+
     // --- On one file
 
     void onOneFileItsExtensionAloneIsShown()
