@@ -1,0 +1,6 @@
+#pragma once
+
+#include "preview/pages.h"
+
+// The configuration panel and its tools.
+QList<Page> toolPages();
