@@ -5,7 +5,6 @@
 
 #include <QMutex>
 #include <QString>
-#include <QStringList>
 
 class QFileInfo;
 

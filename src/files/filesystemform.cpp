@@ -3,9 +3,7 @@
 #include "shell/elidedlabel.h"
 #include "shell/ownwindow.h"
 
-#include <QAction>
 #include <QCoreApplication>
-#include <QDir>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLineEdit>

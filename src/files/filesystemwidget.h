@@ -5,9 +5,7 @@
 
 #include <QFileInfo>
 #include <QIcon>
-#include <QItemSelection>
 #include <QPersistentModelIndex>
-#include <QPointer>
 #include <QWidget>
 
 #include <memory>

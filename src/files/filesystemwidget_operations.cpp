@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QHeaderView>
 #include <QInputDialog>
+#include <QPointer>
 #include <QPushButton>
 #include <QTreeView>
 

@@ -1,7 +1,6 @@
 #include "shell/labelbreak.h"
 
 #include <QFontMetrics>
-#include <QStringList>
 
 #include <cstdlib>
 

@@ -21,8 +21,6 @@ struct TaskFit
     {
         return !scrolls() || (task >= firstVisible && task < firstVisible + visible);
     }
-    bool leftEnabled() const { return firstVisible != 0; }
-    bool rightEnabled() const { return firstVisible < scrollLimit; }
 };
 
 // For a screen of this width, `fixed` buttons at its left (and the log-off button at its right) and so many

@@ -3,7 +3,6 @@
 #include "support/sandbox.h"
 #include "support/shellstory.h"
 
-#include <QDir>
 #include <QtTest>
 
 namespace {

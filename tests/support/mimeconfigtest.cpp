@@ -7,7 +7,6 @@
 #include <QAbstractButton>
 #include <QBuffer>
 #include <QComboBox>
-#include <QDir>
 #include <QListWidget>
 #include <QtTest>
 

@@ -7,7 +7,6 @@
 #include <windows.h>
 
 #ifdef Q_OS_WIN
-#include <QProcess>
 #else
 #include "simwin.h"
 #endif

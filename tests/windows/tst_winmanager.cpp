@@ -8,7 +8,6 @@
 #include <QElapsedTimer>
 #include <QMessageBox>
 #include <QProcess>
-#include <QSignalSpy>
 #include <QtTest>
 
 #include <memory>

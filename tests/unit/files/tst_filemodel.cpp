@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFileIconProvider>
 #include <QListView>
-#include <QPainter>
 #include <QSignalSpy>
 #include <QThread>
 #include <QtTest>

@@ -2,8 +2,6 @@
 // thread.
 #include "server/twclient.h"
 
-#include "env/log.h"
-#include "env/paths.h"
 #include "support/quillettest.h"
 #include "support/twserver/twserver.h"
 

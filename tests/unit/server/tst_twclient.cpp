@@ -4,7 +4,6 @@
 #include "support/twserver/twserver.h"
 
 #include <QElapsedTimer>
-#include <QTcpServer>
 #include <QtTest>
 
 #include <memory>

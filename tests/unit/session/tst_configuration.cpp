@@ -2,7 +2,6 @@
 #include "config/configurationdialog.h"
 #include "config/configure.h"
 #include "config/mimeconfig.h"
-#include "session/screensize.h"
 #include "session/userconfig.h"
 #include "shell/appbutton.h"
 #include "shell/focusframe.h"

@@ -15,7 +15,6 @@
 
 #include <QApplication>
 #include <QDesktopWidget>
-#include <QFile>
 #include <QPushButton>
 #include <QRandomGenerator>
 #include <QTimer>

@@ -1,5 +1,4 @@
 // Names, titles and pictures that others choose, on their way through the whole shell.
-#include "env/serverslot.h"
 #include "instances/appinstance.h"
 #include "shell/appbutton.h"
 #include "shell/closebutton.h"

@@ -4,7 +4,6 @@
 #include "env/settings.h"
 #include "support/quillettest.h"
 
-#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
