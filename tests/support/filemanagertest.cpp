@@ -1,10 +1,36 @@
 #include "support/filemanagertest.h"
 
+#include <QAction>
+#include <QApplication>
 #include <QDir>
 #include <QFileSystemModel>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QTimer>
 #include <QtTest>
+
+FileManagerTest::Opened FileManagerTest::opened(const std::function<void()>& open)
+{
+    Opened seen;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, &timer, [&] {
+        auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (!menu)
+            return;
+        ++seen.menus;
+        seen.place = menu->pos();
+        for (const QAction* const action : menu->actions()) {
+            seen.texts.append(action->text());
+            if (action->isEnabled())
+                seen.enabled.append(action->text());
+        }
+        menu->close();
+    });
+    timer.start(1);
+    open();
+    return seen;
+}
 
 void FileManagerTest::init()
 {

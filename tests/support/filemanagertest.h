@@ -4,11 +4,14 @@
 #include "support/modalanswerer.h"
 #include "support/quillettest.h"
 
+#include <QIcon>
+#include <QImage>
 #include <QListView>
 #include <QPushButton>
 #include <QTreeView>
 #include <QtTest>
 
+#include <functional>
 #include <memory>
 
 class QFileSystemModel;
@@ -62,6 +65,18 @@ protected:
 
     // The names of the buttons that are enabled, in the order of the tool row.
     QStringList enabled();
+
+    // A menu that opens is looked at, and closed.
+    struct Opened
+    {
+        int menus = 0;
+        QStringList texts;
+        QStringList enabled;
+        QPoint place;
+    };
+    static Opened opened(const std::function<void()>& open);
+
+    static QImage image(const QIcon& icon, int size) { return icon.pixmap(size, size).toImage(); }
 
 protected slots:
     void init();

@@ -1,146 +1,28 @@
-#include "shell/tabbar.h"
-
+// The task bar: what is there, its list of buttons and which of them is selected.
 #include "catalogue/application.h"
 #include "catalogue/cataloguefiles.h"
 #include "config/configure.h"
 #include "files/filesystemwidget.h"
 #include "instances/appinstance.h"
 #include "shell/appbutton.h"
-#include "shell/focusframe.h"
 #include "shell/menu.h"
 #include "shell/taskfitting.h"
-#include "shell/threadbutton.h"
-#include "shell/threadwidget.h"
 #include "shell/windowhistory.h"
 #include "support/markingtranslator.h"
 #include "support/ownmethods.h"
-#include "support/painting.h"
-#include "support/quillettest.h"
+#include "support/tabbartest.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
 #include <QLayout>
-#include <QPushButton>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QtTest>
 
-#include <algorithm>
-#include <memory>
-
-#ifndef Q_OS_WIN
-#include "simwin.h"
-#endif
-
-class TabBarTest : public QuilletTest
+class TabBarListTest : public TabBarTest
 {
     Q_OBJECT
-
-    std::unique_ptr<TabBar> m_bar;
-
-    // A task's button, given to the bar.
-    ThreadButton* addTask(qlonglong window)
-    {
-        auto* const button =
-            new ThreadButton(nullptr, ThreadButton::WindowButton, QPixmap(), QStringLiteral("task"),
-                             QStringLiteral("text"), window, 1, 0); // the bar's
-        m_bar->addButton(button);
-        return button;
-    }
-
-    void addTasks(int count)
-    {
-        for (int i = 0; i < count; ++i)
-            addTask(0x1000 + i);
-    }
-
-    QPushButton* arrow(const char* name) const
-    {
-        for (QPushButton* const button : m_bar->findChildren<QPushButton*>()) {
-            if (button->accessibleName() == QLatin1String(name))
-                return button;
-        }
-        return nullptr;
-    }
-
-    // The tasks in their order, "x" for each that is not hidden.
-    QString shown() const
-    {
-        QString text;
-        for (int i = 3; i < m_bar->count(); ++i)
-            text += m_bar->buttonAt(i)->isHidden() ? QLatin1Char('.') : QLatin1Char('x');
-        return text;
-    }
-
-    ThreadWidget* panel() const { return m_bar->findChild<ThreadWidget*>(); }
-    int current() const { return m_bar->currentButton() ? indexOf(m_bar->currentButton()) : -1; }
-    int indexOf(ThreadButton* button) const
-    {
-        for (int i = 0; i < m_bar->count(); ++i) {
-            if (m_bar->buttonAt(i) == button)
-                return i;
-        }
-        return -1;
-    }
-    ThreadButton* powerButton() const
-    {
-        for (ThreadButton* const button : m_bar->findChildren<ThreadButton*>()) {
-            if (button->kind() == ThreadButton::PowerButton)
-                return button;
-        }
-        return nullptr;
-    }
-
-    // How many tasks the screen has room for.
-    static int roomFor()
-    {
-        const int width = QGuiApplication::primaryScreen()->size().width();
-        int tasks = 0;
-        while (!shell::fitTasks(width, 3, tasks + 1).scrolls())
-            ++tasks;
-        return tasks;
-    }
-
-    // The bar is shown over the screen's width, and its first button has the focus.
-    void showActive()
-    {
-        m_bar->resize(QGuiApplication::primaryScreen()->size() - QSize(0, 42));
-        m_bar->show();
-        activate();
-        m_bar->buttonAt(0)->setFocus();
-    }
-
-    // A page that is selected takes the activation on Windows.
-    void activate()
-    {
-        m_bar->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_bar.get()));
-        QCoreApplication::processEvents();
-    }
-
-    // What has the focus, one after the other, until it is where it was.
-    static QStringList walk(Qt::Key key)
-    {
-        QStringList heard;
-        const QWidget* const first = QApplication::focusWidget();
-        do {
-            QWidget* const widget = QApplication::focusWidget();
-            const auto* const button = qobject_cast<ThreadButton*>(widget);
-            heard.append(button ? button->accessibleDescription() : widget->accessibleName());
-            QTest::keyClick(widget, key);
-        } while (QApplication::focusWidget() != first && heard.size() < 100);
-        return heard;
-    }
-
-    // On Windows the foreground window is the one that a test activated; other tasks' windows do not exist.
-    static void setForegroundWindow([[maybe_unused]] qlonglong window)
-    {
-#ifndef Q_OS_WIN
-        simwin::setForegroundWindow(window);
-#endif
-    }
 
     static QList<qlonglong> ids(const QSignalSpy& spy)
     {
@@ -151,27 +33,6 @@ class TabBarTest : public QuilletTest
     }
 
 private slots:
-    void initTestCase()
-    {
-        qRegisterMetaType<AppInstance*>();
-        qRegisterMetaType<ThreadButton*>();
-        qRegisterMetaType<QWidget*>();
-    }
-
-    void init()
-    {
-        QuilletTest::init();
-        m_bar = std::make_unique<TabBar>();
-        clearDebugOutput();
-    }
-
-    void cleanup()
-    {
-        m_bar.reset();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QuilletTest::cleanup();
-    }
-
     // --- What is there at first
 
     void theBarIsAStripOfItsOwn()
@@ -735,121 +596,6 @@ private slots:
         QVERIFY(button.isNull());
     }
 
-    // --- Fitting and scrolling. The offscreen screen is 800 pixels wide.
-
-    void tasksThatDoNotFitScroll()
-    {
-        const shell::TaskFit fit = shell::fitTasks(QApplication::primaryScreen()->geometry().width(), 3, 0);
-        m_bar->updateContents();
-        QCOMPARE(panel()->width(), fit.panelWidth);
-        int tasks = 0;
-        while (!shell::fitTasks(QApplication::primaryScreen()->geometry().width(), 3, tasks).scrolls())
-            ++tasks;
-        addTasks(tasks - 1);
-        QCOMPARE(shown(), QString(tasks - 1, 'x'));
-        QVERIFY(arrow("leftButton")->isHidden());
-        clearDebugOutput();
-        addTask(0x2000);
-        QCOMPARE(shown(), QStringLiteral("..") + QString(tasks - 2, 'x'));
-        QCOMPARE(debugOutput().filter(QRegularExpression(QStringLiteral("^(shown|hidden)$"))),
-                 QStringList({"hidden", "hidden"}) +
-                     QStringList(QVector<QString>(tasks - 2, "shown").toList()));
-        QVERIFY(!arrow("leftButton")->isHidden());
-        QVERIFY(arrow("leftButton")->isEnabled());
-        QVERIFY(!arrow("rightButton")->isHidden());
-        QVERIFY(!arrow("rightButton")->isEnabled());
-
-        arrow("leftButton")->click();
-        QCOMPARE(shown(), QStringLiteral(".") + QString(tasks - 2, 'x') + QStringLiteral("."));
-        QVERIFY(arrow("rightButton")->isEnabled());
-        arrow("leftButton")->click();
-        QCOMPARE(shown(), QString(tasks - 2, 'x') + QStringLiteral(".."));
-        QVERIFY(!arrow("leftButton")->isEnabled());
-        QMetaObject::invokeMethod(m_bar.get(), "leftButtonClicked"); // as if it were
-        QCOMPARE(shown(), QString(tasks - 2, 'x') + QStringLiteral(".."));
-        arrow("rightButton")->click();
-        arrow("rightButton")->click();
-        QCOMPARE(shown(), QStringLiteral("..") + QString(tasks - 2, 'x'));
-        QVERIFY(!arrow("rightButton")->isEnabled());
-        QMetaObject::invokeMethod(m_bar.get(), "rightButtonClicked"); // it has no end of its own
-        QCOMPARE(shown(), QStringLiteral("...") + QString(tasks - 3, 'x'));
-
-        setForegroundWindow(0);
-        m_bar->removeButton(3);
-        QCOMPARE(shown(), QString(tasks - 1, 'x'));
-        QVERIFY(arrow("rightButton")->isHidden());
-    }
-
-    void theBarStaysAsWideAsTheScreenAsTasksComeAndGo()
-    {
-        showActive();
-        const int width = QGuiApplication::primaryScreen()->size().width();
-        const int room = roomFor();
-        const auto isWhole = [&] {
-            return m_bar->width() == width && powerButton()->geometry().right() == width - 1;
-        };
-        for (int i = 0; i < room + 3; ++i) {
-            addTask(0x1000 + i);
-            QVERIFY2(isWhole(), qPrintable(QStringLiteral("%1 tasks: %2").arg(i + 1).arg(m_bar->width())));
-        }
-        arrow("leftButton")->click();
-        arrow("rightButton")->click();
-        QVERIFY(isWhole());
-        for (int i = room + 3; i > 0; --i) {
-            m_bar->removeButton(m_bar->count() - 1);
-            QVERIFY2(isWhole(), qPrintable(QStringLiteral("%1 tasks: %2").arg(i - 1).arg(m_bar->width())));
-        }
-    }
-
-    void aNewTaskIsSelectedBeforeTheTasksAreFitted()
-    {
-        const int width = QApplication::primaryScreen()->geometry().width();
-        int tasks = 0;
-        while (!shell::fitTasks(width, 3, tasks + 1).scrolls())
-            ++tasks;
-        addTasks(tasks);
-        bool fitted = true;
-        connect(m_bar.get(), &TabBar::currentChanged, this,
-                [&] { fitted = !arrow("leftButton")->isHidden(); });
-        addTask(0x2000);
-        QVERIFY(!fitted);
-        QVERIFY(!arrow("leftButton")->isHidden());
-    }
-
-    void twoHundredTasksAreCalm()
-    {
-        addTasks(200);
-        QCOMPARE(m_bar->count(), 203);
-        QVERIFY(shown().endsWith('x'));
-        QVERIFY(shown().startsWith('.'));
-        setForegroundWindow(0);
-        while (m_bar->count() > 3)
-            m_bar->removeButton(3);
-        QCOMPARE(shown(), QString());
-    }
-
-    // --- Geometry
-
-    void theBarStandsBelowAnAreaAndFitsItsPages()
-    {
-        clearDebugOutput();
-        m_bar->resize(QSize(1280, 982));
-        QCOMPARE(debugOutput().first(),
-                 QStringLiteral("Setting new geometry - x: 0, y: 982, width: 1280, height: 42"));
-        QCOMPARE(m_bar->geometry(), QRect(0, 982, 1280, 42));
-        const int screenWidth = QApplication::primaryScreen()->geometry().width(); // not the area's
-        QCOMPARE(panel()->maximumWidth(), shell::fitTasks(screenWidth, 3, 0).panelWidth);
-        QCOMPARE(m_bar->buttonAt(0)->widget()->size(), QSize(1280, 982));
-        QCOMPARE(m_bar->buttonAt(2)->widget()->size(), QSize(1280, 982));
-    }
-
-    void strangeScreensAreCalm()
-    {
-        for (const QSize size : {QSize(1, 1), QSize(0, 0), QSize(320, 198), QSize(7680, 4278)})
-            m_bar->resize(size);
-        QCOMPARE(m_bar->pos(), QPoint(0, 4278));
-    }
-
     // --- Closing
 
     void neitherTheBarNorAPageClosesBecauseAUserSaysSo()
@@ -864,245 +610,6 @@ private slots:
             QVERIFY(!widget->isHidden());
         }
         QVERIFY(m_bar->close()); // the controller may
-    }
-
-    // --- Keyboard and screen readers
-
-    void theTabKeyAndTheArrowKeysGoFromLeftToRightAndPastHiddenButtons()
-    {
-        addTask(0x11);
-        addTask(0x22);
-        showActive();
-        QStringList all{"Desktop", "Places", "Configuration", "Close", "text", "text", "Log off"};
-        QCOMPARE(walk(Qt::Key_Tab), all);
-        QCOMPARE(QApplication::focusWidget(), m_bar->buttonAt(0));
-        QCOMPARE(walk(Qt::Key_Right), all);
-        std::reverse(all.begin() + 1, all.end());
-        QCOMPARE(walk(Qt::Key_Backtab), all);
-        QCOMPARE(walk(Qt::Key_Left), all);
-    }
-
-    void theTasksInViewStandBetweenTheArrowsForTheTabKeyToo()
-    {
-        addTasks(60);
-        showActive();
-        arrow("leftButton")->click(); // both arrows can be used now
-        QList<const QWidget*> expected;
-        for (int i = 0; i < 3; ++i)
-            expected.append(m_bar->buttonAt(i));
-        expected.append(panel()->findChild<QPushButton*>());
-        expected.append(arrow("leftButton"));
-        for (int i = 3; i < m_bar->count(); ++i) {
-            if (!m_bar->buttonAt(i)->isHidden())
-                expected.append(m_bar->buttonAt(i));
-        }
-        QVERIFY(expected.size() > 7 && expected.size() < 60);
-        expected.append(arrow("rightButton"));
-        expected.append(powerButton());
-        for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Right}) {
-            for (const QWidget* const widget : std::as_const(expected)) {
-                QCOMPARE(QApplication::focusWidget(), widget);
-                QTest::keyClick(QApplication::focusWidget(), key);
-            }
-        }
-    }
-
-    void enterAndSpacePress_data()
-    {
-        QTest::addColumn<int>("key");
-        QTest::newRow("Enter") << int(Qt::Key_Return);
-        QTest::newRow("Enter on the keypad") << int(Qt::Key_Enter);
-        QTest::newRow("space") << int(Qt::Key_Space);
-    }
-    void enterAndSpacePress()
-    {
-        QFETCH(int, key);
-        ThreadButton* const task = addTask(0x11);
-        showActive();
-        const auto press = [key](QWidget* widget) {
-            widget->setFocus(Qt::TabFocusReason);
-            QTest::keyClick(widget, static_cast<Qt::Key>(key));
-            QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
-            QCoreApplication::sendEvent(widget, &held);
-        };
-        QSignalSpy maps(m_bar.get(), SIGNAL(mapWidget(QWidget*, bool)));
-        press(m_bar->buttonAt(1));
-        QCOMPARE(maps.size(), 1);
-        QSignalSpy tasks(task, SIGNAL(threadButtonClicked(qlonglong)));
-        press(task);
-        QCOMPARE(tasks.size(), 1);
-        QSignalSpy closed(m_bar.get(), SIGNAL(closeButtonClicked(qlonglong)));
-        press(panel()->findChild<QPushButton*>());
-        QCOMPARE(closed.size(), 1);
-        QSignalSpy exits(m_bar.get(), SIGNAL(exitApp()));
-        press(powerButton());
-        QCOMPARE(exits.size(), 1);
-    }
-
-    void anArrowThatCanGoNoFurtherLeavesItsFocusToTheOther_data()
-    {
-        QTest::addColumn<int>("tooMany");
-        QTest::newRow("one step") << 1;
-        QTest::newRow("several steps") << 4;
-    }
-    void anArrowThatCanGoNoFurtherLeavesItsFocusToTheOther()
-    {
-        QFETCH(int, tooMany);
-        addTasks(roomFor() + tooMany);
-        showActive();
-        QPushButton* const left = arrow("leftButton");
-        QPushButton* const right = arrow("rightButton");
-        left->setFocus(Qt::TabFocusReason);
-        for (int i = 0; i <= tooMany; ++i) {
-            QVERIFY(left->hasFocus());
-            QTest::keyClick(left, Qt::Key_Space);
-        }
-        QVERIFY(!left->isEnabled());
-        QVERIFY(right->hasFocus());
-        QVERIFY(FocusFrame::isShownOn(right));
-        for (int i = 0; i <= tooMany; ++i)
-            QTest::keyClick(right, Qt::Key_Space);
-        QVERIFY(!right->isEnabled());
-        QVERIFY(left->hasFocus());
-    }
-
-    void aButtonThatGoesLeavesItsFocusToTheCurrentTask_data()
-    {
-        QTest::addColumn<bool>("keyboard");
-        QTest::newRow("with its frame") << true;
-        QTest::newRow("without a frame") << false;
-    }
-    void aButtonThatGoesLeavesItsFocusToTheCurrentTask()
-    {
-        QFETCH(bool, keyboard);
-        const auto reason = keyboard ? Qt::TabFocusReason : Qt::MouseFocusReason;
-        addTask(0x11);
-        ThreadButton* const second = addTask(0x22);
-        ThreadButton* const third = addTask(0x33);
-        showActive();
-        // A task that another is before.
-        second->setFocus(reason);
-        m_bar->removeButton(4);
-        QVERIFY(third->hasFocus());
-        QCOMPARE(FocusFrame::isShownOn(third), keyboard);
-        // The current one, after which the last selected one is current: there is none at its position.
-        m_bar->setCurrentIndex(0);
-        activate();
-        m_bar->buttonAt(3)->setFocus(reason);
-        m_bar->removeButton(3);
-        activate();
-        QVERIFY(m_bar->buttonAt(0)->hasFocus());
-        QCOMPARE(FocusFrame::isShownOn(m_bar->buttonAt(0)), keyboard);
-        // The close button, which pages do not have.
-        m_bar->setCurrentIndex(3);
-        panel()->findChild<QPushButton*>()->setFocus(reason);
-        m_bar->setCurrentIndex(1);
-        activate();
-        QVERIFY(m_bar->buttonAt(1)->hasFocus());
-        QCOMPARE(FocusFrame::isShownOn(m_bar->buttonAt(1)), keyboard);
-        // The last task, closed by its close button: not the log-off button beside it.
-        m_bar->setCurrentIndex(3);
-        panel()->findChild<QPushButton*>()->setFocus(reason);
-        m_bar->removeButton(3);
-        m_bar->setCurrentIndex(0);
-        activate();
-        QVERIFY(m_bar->buttonAt(0)->hasFocus());
-    }
-
-    void aTaskThatScrollsOutOfViewLeavesItsFocus()
-    {
-        addTasks(roomFor());
-        showActive();
-        m_bar->buttonAt(3)->setFocus(Qt::TabFocusReason);
-        ThreadButton* const last = addTask(0x9999);
-        QVERIFY(m_bar->buttonAt(3)->isHidden());
-        QVERIFY(last->hasFocus());
-    }
-
-    void f6LeadsFromAPageToTheBarAndBack_data()
-    {
-        QTest::addColumn<int>("page");
-        QTest::newRow("launcher") << 0;
-        QTest::newRow("places") << 1;
-        QTest::newRow("configuration") << 2;
-    }
-    void f6LeadsFromAPageToTheBarAndBack()
-    {
-        QFETCH(int, page);
-        showActive();
-        m_bar->setCurrentIndex(page);
-        QWidget* const window = m_bar->buttonAt(page)->widget();
-        QPushButton field(window); // as a page may have
-        field.show();
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window));
-        field.setFocus();
-        QTest::keyClick(&field, Qt::Key_F6);
-        QTRY_COMPARE(QApplication::activeWindow(), m_bar.get()); // Windows may be ahead of Qt
-        QCOMPARE(QApplication::focusWidget(), m_bar->buttonAt(page));
-        QVERIFY(FocusFrame::isShownOn(m_bar->buttonAt(page)));
-        QTest::keyClick(m_bar->buttonAt(page), Qt::Key_F6);
-        QTRY_COMPARE(QApplication::activeWindow(), window);
-        QCOMPARE(QApplication::focusWidget(), &field);
-    }
-
-    void f6LeadsFromTheBarToTheCurrentTask()
-    {
-        ThreadButton* const task = addTask(0x11);
-        showActive();
-        QSignalSpy chosen(task, SIGNAL(threadButtonClicked(qlonglong)));
-        m_bar->buttonAt(0)->setFocus();
-        QTest::keyClick(m_bar->buttonAt(0), Qt::Key_F6);
-        QCOMPARE(chosen.size(), 1);
-        QCOMPARE(chosen.at(0).at(0).toLongLong(), 0x11);
-    }
-
-    void f6WithoutACurrentTaskDoesNothing()
-    {
-        showActive();
-        m_bar->buttonAt(0)->setFocus();
-        QTest::keyClick(m_bar->buttonAt(0), Qt::Key_F6);
-        QVERIFY(m_bar->isActiveWindow());
-    }
-
-    void screenReadersHearButtonsAndWhatTheyStandFor()
-    {
-        addTask(0x11);
-        const auto heard = [](QWidget* widget) {
-            QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(widget);
-            return accessible->role() != QAccessible::Button
-                       ? QStringLiteral("no button")
-                       : accessible->text(QAccessible::Name) + QStringLiteral(", ") +
-                             accessible->text(QAccessible::Description);
-        };
-        QCOMPARE(heard(m_bar->buttonAt(0)), QStringLiteral("Tidewell, Desktop"));
-        QCOMPARE(heard(m_bar->buttonAt(1)), QStringLiteral("Tidewell, Places"));
-        QCOMPARE(heard(m_bar->buttonAt(2)), QStringLiteral("Tidewell, Configuration"));
-        QCOMPARE(heard(m_bar->buttonAt(3)), QStringLiteral("task, text"));
-        QCOMPARE(heard(arrow("leftButton")), QStringLiteral("leftButton, Earlier tasks"));
-        QCOMPARE(heard(arrow("rightButton")), QStringLiteral("rightButton, Later tasks"));
-        QCOMPARE(heard(powerButton()), QStringLiteral("Tidewell, Log off"));
-        const auto name = [](QWidget* window) {
-            return QAccessible::queryAccessibleInterface(window)->text(QAccessible::Name);
-        };
-        QCOMPARE(name(m_bar.get()), QStringLiteral("Task bar"));
-        for (int i = 0; i < 3; ++i)
-            QCOMPARE(name(m_bar->buttonAt(i)->widget()), m_bar->buttonAt(i)->taskText());
-    }
-
-    void theArrowsShowTheFocusOfTheKeyboardAsEveryButtonDoes()
-    {
-        addTasks(60);
-        showActive();
-        QPushButton* const left = arrow("leftButton");
-        m_bar->buttonAt(0)->setFocus();
-        const QImage unfocused = paintedAlone(left);
-        left->setFocus(Qt::MouseFocusReason);
-        QCOMPARE(paintedAlone(left), unfocused); // nothing of the style's either
-        m_bar->buttonAt(0)->setFocus();
-        left->setFocus(Qt::TabFocusReason);
-        QCOMPARE(boundsOf(paintedAlone(left), QColor(focusColor)), QRect(1, 1, 22, 40));
-        QCOMPARE(paintedAlone(left).copy(3, 3, 18, 36), unfocused.copy(3, 3, 18, 36));
     }
 
     void theSignalsAndSlotsStandInTheirOrder()
@@ -1133,5 +640,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TabBarTest)
+QTEST_MAIN(TabBarListTest)
 #include "tst_tabbar.moc"
