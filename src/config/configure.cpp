@@ -54,7 +54,7 @@ bool Configure::eventFilter(QObject* watched, QEvent* event)
     if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent)
         letButtonsHaveFocus();
     if (event->type() == QEvent::KeyPress) {
-        giveKey(watched, event);
+        giveKey(watched, event); // this filter is the last that sees it
         return true;
     }
     if (event->type() == QEvent::Hide) { // earlier than HideToParent: before the focus goes elsewhere

@@ -355,7 +355,7 @@ void MimeConfig::reject()
 
 // --- The keyboard
 
-// No focus proxy: the Tab key would lead to the dialog itself and so pass over what comes before that.
+// No focus proxy: the Tab key would lead to the dialog itself, and on from the proxy.
 void MimeConfig::focusInEvent(QFocusEvent* event)
 {
     QDialog::focusInEvent(event);

@@ -4,6 +4,7 @@
 #include "files/fileoperations.h"
 #include "files/filesystemwidget.h"
 #include "files/longwork.h"
+#include "shell/keyboard.h"
 #include "shell/messagebox.h"
 
 #include <QDir>
@@ -216,7 +217,15 @@ void FileSystemWidget::tell(const QString& title, const QString& text)
 
 QString FileSystemWidget::askForName(const QString& title, const QString& label, const QString& name)
 {
-    return QInputDialog::getText(this, title, label, QLineEdit::Normal, name);
+    const QPointer<QInputDialog> dialog(new QInputDialog(this)); // this may delete it meanwhile
+    dialog->setWindowTitle(title);
+    dialog->setLabelText(label);
+    dialog->setTextValue(name);
+    shell::ignoreHeldKeys(dialog);
+    const bool isAccepted = dialog->exec() == QDialog::Accepted;
+    const QString answer = dialog && isAccepted ? dialog->textValue() : QString();
+    delete dialog;
+    return answer;
 }
 
 void FileSystemWidget::releaseButtons()

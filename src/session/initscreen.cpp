@@ -1,6 +1,7 @@
 #include "session/initscreen.h"
 
 #include "session/passwordfield.h"
+#include "shell/keyboard.h"
 #include "shell/messagebox.h"
 
 #include <QComboBox>
@@ -52,6 +53,7 @@ InitScreen::InitScreen(QWidget* parent)
     fillLanguages();
     fillBackground(this, QColor(QStringLiteral("#e6eaed")));
     fillBackground(m_panel, Qt::white);
+    shell::ignoreHeldKeys(this); // which closed a box before: a wrong password is not tried again and again
     QMetaObject::connectSlotsByName(this);
 }
 

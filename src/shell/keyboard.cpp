@@ -1,9 +1,30 @@
 #include "shell/keyboard.h"
 
 #include <QAbstractButton>
+#include <QDialog>
 #include <QKeyEvent>
 
 namespace shell {
+
+namespace {
+
+class HeldKeys : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::KeyPress) {
+            const auto& key = *static_cast<QKeyEvent*>(event);
+            if (isHeldEnter(key) || (key.isAutoRepeat() && key.key() == Qt::Key_Escape))
+                return true;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+} // namespace
 
 bool pressWithEnter(QWidget* widget, const QKeyEvent& event)
 {
@@ -18,6 +39,15 @@ bool pressWithEnter(QWidget* widget, const QKeyEvent& event)
 bool isHeldEnter(const QKeyEvent& event)
 {
     return event.isAutoRepeat() && (event.key() == Qt::Key_Enter || event.key() == Qt::Key_Return);
+}
+
+void ignoreHeldKeys(QDialog* dialog)
+{
+    auto* const filter = new HeldKeys(dialog);
+    dialog->installEventFilter(filter);
+    const auto buttons = dialog->findChildren<QAbstractButton*>();
+    for (QAbstractButton* const button : buttons)
+        button->installEventFilter(filter);
 }
 
 bool isArrowKey(const QKeyEvent& event)

@@ -1,6 +1,7 @@
 // What the shell's windows do for users of the keyboard beyond what Qt does.
 #pragma once
 
+class QDialog;
 class QKeyEvent;
 class QWidget;
 
@@ -12,6 +13,10 @@ bool pressWithEnter(QWidget* widget, const QKeyEvent& event);
 
 // Whether it is Enter once more, because it is held.
 bool isHeldEnter(const QKeyEvent& event);
+
+// From now on Enter and Escape that are held neither accept nor reject the dialog, nor press the buttons that
+// it has by now: they were pressed for what was there before.
+void ignoreHeldKeys(QDialog* dialog);
 
 bool isArrowKey(const QKeyEvent& event);
 

@@ -6,7 +6,7 @@
 namespace shell {
 
 // Shows a modal box and waits for the answer, as QMessageBox's own functions do. Two things are different:
-// Enter presses nothing as long as it is held since before, and the parent, which may be null, may go
+// keys that are held do not answer it, see ignoreHeldKeys(), and the parent, which may be null, may go
 // meanwhile: the box goes with it and the answer is NoButton. `preset` is what Enter presses; none leaves
 // that to the buttons' roles. Blocks and processes events: whatever the caller knew may have changed. GUI
 // thread only.

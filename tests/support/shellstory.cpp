@@ -324,12 +324,15 @@ bool ShellStory::waitForPage()
 
 bool ShellStory::waitForPageChange(const QImage& before) const
 {
-    const bool changed = waitUntil([&] { return m_session.screen().copy(page()) != before.copy(page()); });
+    const bool changed = waitUntil([&] {
+        const QImage screen = m_session.screen();
+        return !screen.isNull() && screen.copy(page()) != before.copy(page());
+    });
     // It is painted as a whole when it stays as it is for a moment.
     QImage last;
     return changed && waitUntil([&] {
                const QImage screen = m_session.screen().copy(page());
-               const bool stays = screen == last;
+               const bool stays = !screen.isNull() && screen == last;
                last = screen;
                if (!stays)
                    QTest::qWait(300);

@@ -43,6 +43,11 @@ class FileTasksTest : public FileManagerTest
                                  "you want to remove this file?"),
             QMessageBox::Warning, QMessageBox::Yes | QMessageBox::No, answer, &manager());
     }
+    static void holdKey(QWidget* widget, int key)
+    {
+        QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+        QCoreApplication::sendEvent(widget, &held);
+    }
     // A question for a name; a null answer cancels.
     struct Question
     {
@@ -527,6 +532,21 @@ private slots:
     }
 
     // --- New folder
+
+    void keysThatAreHeldDoNotAnswerTheQuestionForAName()
+    {
+        expectQuestion(QStringLiteral("new"), [this] {
+            auto* const dialog = manager().findChild<QInputDialog*>();
+            QVERIFY(dialog);
+            for (const int key : {Qt::Key_Return, Qt::Key_Escape}) {
+                holdKey(dialog->findChild<QLineEdit*>(), key);
+                QVERIFY(dialog->isVisible());
+            }
+        });
+        press("newFolderButton");
+        QVERIFY(QFileInfo(path("new")).isDir());
+        QVERIFY(!manager().findChild<QInputDialog*>());
+    }
 
     void aFolderIsMade()
     {

@@ -94,11 +94,11 @@ BREAKAGES = {
                               '<file alias="x.png">icons/x.png</file></qresource>'),
          "icons.qrc: there is no picture x.png"),
     "the code names a picture that is not there":
-        (lambda root: replace(root / "src/shell/tabbar.cpp", '"config.png"', '"settings.png"'),
-         "src/shell/tabbar.cpp: there is no picture settings.png"),
+        (lambda root: replace(root / "src/shell/tabbar_pages.cpp", '"config.png"', '"settings.png"'),
+         "src/shell/tabbar_pages.cpp: there is no picture settings.png"),
     "the code names a picture of another folder":
-        (lambda root: replace(root / "src/shell/tabbar.cpp", '"config.png"', '"list-view.png"'),
-         "src/shell/tabbar.cpp: there is no picture list-view.png"),
+        (lambda root: replace(root / "src/shell/tabbar_pages.cpp", '"config.png"', '"list-view.png"'),
+         "src/shell/tabbar_pages.cpp: there is no picture list-view.png"),
     "the code names a path that is not there":
         (lambda root: replace(root / "src/session/initscreen.cpp", ":/icons/64x64/logo.png", ":/icons/48x48/logo.png"),
          "there is no picture :/icons/48x48/logo.png"),

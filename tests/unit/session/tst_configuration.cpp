@@ -47,12 +47,13 @@ class ConfigurationTest : public ShellTest
                (panel().childAt(37, 150) == &tool || tool.isAncestorOf(panel().childAt(37, 150)));
     }
 
-    // Who gets the keyboard when the Tab key goes round once.
-    QSet<QWidget*> reachedByTab()
+    // Who gets the keyboard when the Tab key goes round once; with Shift, the other way.
+    QSet<QWidget*> reachedByTab(Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
         QSet<QWidget*> reached;
         for (int i = 0; i < 50; ++i) {
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QTest::keyClick(QApplication::focusWidget(), modifiers ? Qt::Key_Backtab : Qt::Key_Tab,
+                            modifiers);
             reached.insert(QApplication::focusWidget());
         }
         return reached;
@@ -256,6 +257,7 @@ private slots:
         QVERIFY(reached.size() > 2);
         for (const QWidget* const widget : reached)
             QVERIFY2(tool.isAncestorOf(widget), qPrintable(widget->accessibleName()));
+        QCOMPARE(reachedByTab(Qt::ShiftModifier), reached);
         for (const int key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_Left, Qt::Key_Right}) {
             for (QWidget* const widget : reached) {
                 widget->setFocus();

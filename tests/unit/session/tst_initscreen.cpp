@@ -123,6 +123,33 @@ private slots:
         QApplication::clipboard()->setText(QStringLiteral("tide\r\n"));
         child<QLineEdit>("passwordLineEdit")->paste();
         QCOMPARE(m_dialog->password(), QStringLiteral("tide"));
+        m_dialog->show();
+        QTest::keyClick(child<QLineEdit>("passwordLineEdit"), Qt::Key_Return);
+        QCOMPARE(m_dialog->result(), int(QDialog::Accepted));
+    }
+
+    void keysThatAreHeldNeitherAcceptNorReject_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("Return") << int(Qt::Key_Return);
+        QTest::newRow("Enter") << int(Qt::Key_Enter);
+        QTest::newRow("Escape") << int(Qt::Key_Escape);
+    }
+    void keysThatAreHeldNeitherAcceptNorReject()
+    {
+        QFETCH(int, key);
+        child<QLineEdit>("passwordLineEdit")->setText(QStringLiteral("tide"));
+        m_dialog->show();
+        QList<QWidget*> all({m_dialog.get(), child<QLineEdit>("passwordLineEdit")});
+        for (QAbstractButton* const button : child<QDialogButtonBox>("buttonBox")->buttons())
+            all.append(button);
+        for (QWidget* const widget : all) {
+            QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+            QApplication::sendEvent(widget, &held);
+            QVERIFY(m_dialog->isVisible());
+        }
+        QTest::keyClick(child<QLineEdit>("passwordLineEdit"), Qt::Key(key));
+        QVERIFY(!m_dialog->isVisible());
     }
 
     void theLanguageHasNoEffect()
