@@ -13,6 +13,7 @@ namespace {
 
 constexpr int couldNotStart = 125;
 
+// With the backslash at its end, without which a drive's root would be whatever is current on that drive.
 std::wstring ownFolder()
 {
     std::wstring path(MAX_PATH, L'\0');
@@ -22,7 +23,7 @@ std::wstring ownFolder()
             return std::wstring();
         if (length < path.size()) {
             path.resize(length);
-            return path.substr(0, path.find_last_of(L'\\'));
+            return path.substr(0, path.find_last_of(L'\\') + 1);
         }
         path.resize(path.size() * 2);
     }
@@ -47,7 +48,7 @@ int fail(const std::wstring& program, DWORD error)
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR arguments, int)
 {
     const std::wstring folder = ownFolder();
-    const std::wstring program = folder + L"\\quillet.exe";
+    const std::wstring program = folder + L"quillet.exe";
     std::wstring commandLine = L'"' + program + L"\" " + arguments;
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;

@@ -96,6 +96,22 @@ private slots:
         QVERIFY(Sandbox::readFile(evidence).contains("argument an argument"));
     }
 
+    void atADrivesRootTheStarterStartsThereToo()
+    {
+        const QString root = session->driveC();
+        QVERIFY(QFile::copy(WineSession::dist() + QStringLiteral("/quillet-session.exe"),
+                            root + QStringLiteral("/quillet-session.exe")));
+        QVERIFY(QFile::copy(WineSession::tools() + QStringLiteral("/testapp.exe"),
+                            root + QStringLiteral("/quillet.exe")));
+        QVERIFY(QDir().mkpath(root + QStringLiteral("/elsewhere")));
+        QProcess process;
+        session->start(process, QStringLiteral("C:\\quillet-session.exe"),
+                       {"--end", "500", "--evidence", "account"}, root + QStringLiteral("/elsewhere"));
+        QVERIFY(process.waitForFinished(patience));
+        QCOMPARE(process.exitCode(), 0);
+        QVERIFY(QFile::exists(root + QStringLiteral("/account")));
+    }
+
     void aStarterWithoutItsShellSaysWhy()
     {
         QCOMPARE(install(QStringLiteral("present")), 0);
