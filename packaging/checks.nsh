@@ -4,6 +4,7 @@
 !define ERROR_RUNNING 5
 !define ERROR_NOT_ALONE 6
 !define ERROR_NO_RIGHTS 7
+!define ERROR_NO_ROOM 8
 
 !define SPARE 4096 ; KiB for what is not in SIZE: uninstaller, settings, the ends of the last clusters
 
@@ -64,9 +65,74 @@ Function ${UN}EndIfRunning
     Pop $0
 FunctionEnd
 
+; Pushes 1 when uninstall.exe in INSTDIR says that it is of this product, else 0.
+Function ${UN}IsOurFolder
+    Push $0
+    Push $1
+    Push $2
+    Push $3
+    StrCpy $3 0
+    System::Call 'version::GetFileVersionInfoSizeW(w "$INSTDIR\uninstall.exe", p 0) i .r0'
+    ${If} $0 <> 0
+        System::Alloc $0
+        Pop $1
+        System::Call 'version::GetFileVersionInfoW(w "$INSTDIR\uninstall.exe", i 0, i r0, p r1) i .r2'
+        ${If} $2 <> 0
+            System::Call 'version::VerQueryValueW(p r1, w "\StringFileInfo\040904E4\ProductName", *p .r2, *i .r0) i .r0'
+            ${If} $0 <> 0
+                System::Call '*$2(&w8 .r0)'
+                ${If} $0 == "Quillet"
+                    StrCpy $3 1
+                ${EndIf}
+            ${EndIf}
+        ${EndIf}
+        System::Free $1
+    ${EndIf}
+    StrCpy $0 $3
+    Pop $3
+    Pop $2
+    Pop $1
+    Exch $0
+FunctionEnd
+
 !macroend
 !insertmacro CHECKS ""
 !insertmacro CHECKS "un."
+
+; A folder that is none below a drive's root, or that another program is in. Gives INSTDIR its plain spelling.
+Function EndInBadFolder
+    Push $0
+    Push $1
+    StrCpy $0 $INSTDIR 2 1
+    ${If} $0 == ":\" ; else it would be taken from wherever the installer was started
+        System::Call 'kernel32::GetFullPathNameW(w "$INSTDIR", i ${NSIS_MAX_STRLEN}, w .r0, p 0) i .r1'
+        ${If} $1 > 0
+        ${AndIf} $1 < ${NSIS_MAX_STRLEN}
+            StrCpy $INSTDIR $0
+        ${EndIf}
+    ${EndIf}
+    StrCpy $0 $INSTDIR 2 1
+    StrCpy $1 $INSTDIR 1 3
+    ${If} $0 != ":\"
+    ${OrIf} $1 == ""
+        !insertmacro END_WITH badFolder ${ERROR_FAILED}
+    ${EndIf}
+    ${If} $INSTDIR != $oldFolder
+    ${AndIfNot} ${FileExists} "$INSTDIR\quillet.exe"
+        StrCpy $0 1
+        ${If} ${FileExists} "$INSTDIR\uninstall.exe" ; ours stays when it removes Quillet in place, or an installation fails
+            Call IsOurFolder
+            Pop $0
+        ${ElseIf} ${FileExists} "$INSTDIR\Qt5Core.dll"
+            StrCpy $0 0
+        ${EndIf}
+        ${If} $0 = 0
+            !insertmacro END_WITH notOurs ${ERROR_FAILED}
+        ${EndIf}
+    ${EndIf}
+    Pop $1
+    Pop $0
+FunctionEnd
 
 ; Too little room for a whole version: what an upgrade frees first is not counted.
 Function EndWithoutRoom
@@ -89,7 +155,7 @@ Function EndWithoutRoom
         System::Int64Op $1 < $2
         Pop $1
         ${If} $1 = 1
-            !insertmacro END_WITH noRoom ${ERROR_FAILED}
+            !insertmacro END_WITH noRoom ${ERROR_NO_ROOM}
         ${EndIf}
     ${EndIf}
     Pop $2

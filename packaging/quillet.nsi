@@ -4,14 +4,14 @@
 ;   VERSION4     the same with four numbers
 ;   STAGE        the folder with what is installed
 ;   FILES        a script that installs every file of STAGE, and
-;   REMOVAL      one that removes these files and folders and no others
+;   REMOVAL      one with the macros DELETE_FILES and REMOVE_FOLDERS, for these and no others
 ;   SIZE         what they take, in KiB
 ;   OUTPUT       the installer
 ;
 ; Switches of the installer: /S silent, /SHELL=1 makes Quillet the machine's shell, /D=FOLDER (the last one,
 ; without quotes). Of the uninstaller: /S silent, _?=FOLDER (the last one, without quotes): it waits until all is
 ; done, and stays there itself. Others are ignored. Exit codes: 0 done, 1 given up by the user, 2 failed; and, with
-; nothing changed, 5 Quillet is running, 6 another installer or uninstaller is, 7 no administrator's rights.
+; nothing changed, 5 Quillet is running, 6 another installer or uninstaller is, 7 no administrator's rights, 8 no room.
 ;
 ; The shell value of the machine changes only where /SHELL=1 or the tick asks for it. What stood there is kept
 ; in OWN_KEY and comes back with the removal, if the value is still ours by then. While an upgrade replaces the
@@ -31,6 +31,7 @@ ShowUninstDetails nevershow
 Name "Quillet"
 BrandingText "Quillet ${VERSION}"
 OutFile "${OUTPUT}"
+InstallDir "$PROGRAMFILES64\Quillet" ; a folder that is chosen by hand gets this last name too
 
 !define WINLOGON_KEY "SOFTWARE\Microsoft\Windows NT\CurrentVersion\Winlogon"
 !define OWN_KEY "SOFTWARE\Quillet"
@@ -39,6 +40,7 @@ OutFile "${OUTPUT}"
 
 !include LogicLib.nsh
 !include FileFunc.nsh
+!include WordFunc.nsh
 !include MUI2.nsh
 
 !define MUI_ICON "${STAGE}\..\quillet.ico"
@@ -73,6 +75,7 @@ Var isUpgrade
 
 ; --- For installer and uninstaller
 
+!include "${REMOVAL}"
 !include "${__FILEDIR__}/checks.nsh"
 !include "${__FILEDIR__}/shell.nsh"
 
@@ -134,6 +137,8 @@ FunctionEnd
     ${EndIf}
 !macroend
 
+!define REPLACE_AND_WAIT 9 ; MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH
+
 ; Before anything of the version that is there has gone.
 !macro CLEAR_AND_END_WITH TEXT
     Delete "$INSTDIR\uninstall.new"
@@ -143,6 +148,7 @@ FunctionEnd
 
 Section "$(programName)" sectionProgram
     SectionIn RO
+    Call EndInBadFolder
     Push $INSTDIR
     Call EndIfRunning
     ${If} $oldFolder != ""
@@ -150,23 +156,26 @@ Section "$(programName)" sectionProgram
         Call EndIfRunning
     ${EndIf}
     Call EndWithoutRoom
+    Call LookAtShell
     ; Never half an uninstaller in the place of a whole one. It is the last of what is packed, so all of it has been
     ; unpacked when this is there.
     ClearErrors
+    ${If} $oldFolder != ""
+        Delete "$oldFolder\uninstall.new"
+    ${EndIf}
     CreateDirectory $INSTDIR
     WriteUninstaller "$INSTDIR\uninstall.new"
     ${If} ${Errors}
         !insertmacro CLEAR_AND_END_WITH cannotWrite
     ${EndIf}
+    ${If} $oldFolder != ""
+    ${AndIf} ${FileExists} "$oldFolder\uninstall.new"
+        StrCpy $INSTDIR $oldFolder ; the same one under another name
+    ${EndIf}
 
     ReadRegStr $oldVersion HKLM "${OWN_KEY}" "Version"
-    StrCpy $isOurShell 0
-    ${If} $oldFolder != ""
-        Call FindShell
-    ${EndIf}
     ${If} $isOurShell = 1
-        WriteRegDWORD HKLM "${OWN_KEY}" "ShellWanted" 1
-        Call RestoreShell
+        Call SuspendShell
         ${If} ${Errors}
             !insertmacro CLEAR_AND_END_WITH shellRefused
         ${EndIf}
@@ -187,9 +196,13 @@ Section "$(programName)" sectionProgram
     ${EndIf}
 
     ; Until all is there, this is what can be done about the part that is.
-    Delete "$INSTDIR\uninstall.exe"
     ClearErrors
-    Rename "$INSTDIR\uninstall.new" "$INSTDIR\uninstall.exe"
+    SetFileAttributes "$INSTDIR\uninstall.exe" NORMAL
+    ClearErrors
+    System::Call 'kernel32::MoveFileExW(w "$INSTDIR\uninstall.new", w "$INSTDIR\uninstall.exe", i ${REPLACE_AND_WAIT}) i .r0'
+    ${If} $0 = 0
+        SetErrors
+    ${EndIf}
     WriteRegStr HKLM "${OWN_KEY}" "InstallFolder" $INSTDIR
     WriteRegStr HKLM "${PROGRAMS_KEY}" "DisplayName" "$(incompleteName)"
     WriteRegStr HKLM "${PROGRAMS_KEY}" "Publisher" "The Quillet developers"
@@ -201,6 +214,7 @@ Section "$(programName)" sectionProgram
     DeleteRegValue HKLM "${PROGRAMS_KEY}" "DisplayVersion"
     ${If} $oldFolder != ""
     ${AndIf} $oldFolder != $INSTDIR
+        DeleteRegValue HKLM "${OWN_KEY}" "OwnShell" ; it names the old folder
         Delete "$oldFolder\uninstall.exe"
         Delete "$INSTDIR\quillet.ini.written"
         Rename "$oldFolder\quillet.ini.written" "$INSTDIR\quillet.ini.written"
@@ -221,8 +235,8 @@ Section "$(programName)" sectionProgram
         File "/oname=$INSTDIR\quillet.ini.written" "${STAGE}\quillet.ini.sample"
     ${EndIf}
 
-    ${If} $isOurShell = 1 ; as it was; only now is all of it there
-        Call SetShell
+    ${If} $isOurShell <> 0 ; only now is all of it there
+        Call BringShellBack
     ${EndIf}
     ClearErrors
     WriteRegStr HKLM "${PROGRAMS_KEY}" "DisplayIcon" "$INSTDIR\quillet.exe"
@@ -234,6 +248,7 @@ Section "$(programName)" sectionProgram
     WriteRegStr HKLM "${OWN_KEY}" "Version" "${VERSION}"
     !insertmacro FAIL_ON_ERRORS
     DeleteRegValue HKLM "${OWN_KEY}" "ShellWanted"
+    DeleteRegValue HKLM "${OWN_KEY}" "OwnShell"
 SectionEnd
 
 Section /o "$(shellName)" sectionShell
@@ -244,8 +259,52 @@ Section /o "$(shellName)" sectionShell
     Call SetShell
 SectionEnd
 
+; Sets isOurShell where this installation has to know it.
+Function LookAtShell
+    StrCpy $isOurShell 0
+    ${If} $oldFolder != ""
+    ${OrIf} ${FileExists} "$INSTDIR\quillet.exe" ; unpacked there, and perhaps made the shell by hand
+    ${OrIf} ${SectionIsSelected} ${sectionShell}
+        Call FindShell
+    ${EndIf}
+FunctionEnd
+
 Function .onInstFailed
     SetErrorLevel ${ERROR_FAILED}
+FunctionEnd
+
+; Sets INSTDIR to what /D says, and to nothing when that holds what no folder's name may: NSIS itself leaves such
+; letters out, or takes a bad folder for none.
+Function ReadFolder
+    Push $0
+    Push $1
+    Push $2
+    System::Call 'kernel32::GetCommandLineW() w .r0'
+    StrCpy $1 0
+    ${Do}
+        StrCpy $2 $0 4 $1
+        IntOp $1 $1 + 1
+        ${If} $2 S== " /D="
+            IntOp $1 $1 + 3
+            StrCpy $0 $0 "" $1
+            ${Do}
+                StrCpy $1 $0 1 -1
+                ${If} $1 != "\"
+                ${AndIf} $1 != " "
+                    ${Break}
+                ${EndIf}
+                StrCpy $0 $0 -1
+            ${Loop}
+            StrCpy $INSTDIR $0
+            ${If} $INSTDIR != $0
+                StrCpy $INSTDIR ""
+            ${EndIf}
+            ${Break}
+        ${EndIf}
+    ${LoopUntil} $2 == ""
+    Pop $2
+    Pop $1
+    Pop $0
 FunctionEnd
 
 Function .onInit
@@ -255,12 +314,10 @@ Function .onInit
     SetShellVarContext all
     StrCpy $settings "$PROGRAMFILES64\Tidewell Desktop\quillet.ini"
     ReadRegStr $oldFolder HKLM "${OWN_KEY}" "InstallFolder"
-    ${If} $INSTDIR == "" ; no /D
-        StrCpy $INSTDIR "$PROGRAMFILES64\Quillet"
-        ${If} $oldFolder != ""
-            StrCpy $INSTDIR $oldFolder
-        ${EndIf}
+    ${If} $oldFolder != ""
+        StrCpy $INSTDIR $oldFolder
     ${EndIf}
+    Call ReadFolder
     ${GetParameters} $0
     ${GetOptions} $0 "/SHELL=" $1
     ${If} $1 == "1"
@@ -280,6 +337,11 @@ Function un.onInit
     SetRegView 64
     SetShellVarContext all
     StrCpy $settings "$PROGRAMFILES64\Tidewell Desktop\quillet.ini"
+    Call un.IsOurFolder
+    Pop $0
+    ${If} $0 = 0
+        !insertmacro END_WITH notHere ${ERROR_FAILED}
+    ${EndIf}
     ${GetParameters} $0
     ${GetOptions} $0 "/UPGRADE=" $isUpgrade
     ${If} $isUpgrade != 1 ; else the installer that started this one is at work
@@ -290,15 +352,28 @@ FunctionEnd
 Section "Uninstall"
     Push $INSTDIR
     Call un.EndIfRunning
-    ${If} $isUpgrade != 1
-        ; First of all: whatever fails later, the next user gets a shell.
-        Call un.FindShell
-        ${If} $isOurShell = 1
-            Call un.RestoreShell
-            ${If} ${Errors}
-                !insertmacro END_WITH shellRefused ${ERROR_FAILED}
-            ${EndIf}
+    ; First of all: whatever fails later, the next user gets a shell.
+    Call un.FindShell
+    ${If} $isOurShell = 1
+        Call un.RestoreShell
+        ${If} ${Errors}
+            !insertmacro END_WITH shellRefused ${ERROR_FAILED}
         ${EndIf}
+    ${EndIf}
+    ClearErrors
+    !insertmacro DELETE_FILES
+    ${If} $isUpgrade != 1 ; else the installer writes over what is still there, or says that it cannot
+        ${If} ${Errors}
+            WriteRegStr HKLM "${PROGRAMS_KEY}" "DisplayName" "$(incompleteName)"
+            DeleteRegValue HKLM "${PROGRAMS_KEY}" "DisplayVersion"
+            DeleteRegValue HKLM "${OWN_KEY}" "Version"
+            DeleteRegValue HKLM "${OWN_KEY}" "ShellWanted"
+            DeleteRegValue HKLM "${OWN_KEY}" "OwnShell"
+            !insertmacro END_WITH notRemoved ${ERROR_FAILED}
+        ${EndIf}
+    ${EndIf}
+    !insertmacro REMOVE_FOLDERS
+    ${If} $isUpgrade != 1
         Push $settings
         Push "$INSTDIR\quillet.ini.written"
         Call un.SameFiles
@@ -310,9 +385,7 @@ Section "Uninstall"
         Delete "$INSTDIR\quillet.ini.written"
         DeleteRegKey HKLM "${PROGRAMS_KEY}"
         DeleteRegKey HKLM "${OWN_KEY}"
-    ${EndIf}
-    !include "${REMOVAL}"
-    ${If} $isUpgrade != 1
+        Delete "$INSTDIR\uninstall.new"
         Delete "$INSTDIR\uninstall.exe"
         RMDir "$INSTDIR" ; if nothing else is in it
     ${EndIf}

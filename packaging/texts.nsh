@@ -14,6 +14,15 @@
 !insertmacro TEXT noRights \
     "Only an administrator of this machine can do this." \
     "Solo un administrador de este equipo puede hacer esto."
+!insertmacro TEXT badFolder \
+    "Quillet needs a folder on a drive, such as C:\Quillet, without quotation marks or slashes. Nothing was changed." \
+    "Quillet necesita una carpeta en una unidad, como C:\Quillet, sin comillas ni barras (/). No se ha cambiado nada."
+!insertmacro TEXT notOurs \
+    "Another program is in the folder for Quillet. Nothing was changed." \
+    "En la carpeta de Quillet hay otro programa. No se ha cambiado nada."
+!insertmacro TEXT notHere \
+    "Quillet is not in this folder. Nothing was changed." \
+    "Quillet no está en esta carpeta. No se ha cambiado nada."
 !insertmacro TEXT noRoom \
     "There is not enough room on this disk for Quillet. Nothing was changed." \
     "No hay espacio suficiente en este disco para Quillet. No se ha cambiado nada."
@@ -23,6 +32,9 @@
 !insertmacro TEXT oldStays \
     "The installed version of Quillet could not be removed." \
     "No se ha podido quitar la versión instalada de Quillet."
+!insertmacro TEXT notRemoved \
+    "Not all of Quillet could be removed. Close what uses its files, and remove it again." \
+    "No se ha podido quitar Quillet por completo. Cierre lo que use sus archivos y vuelva a quitarlo."
 !insertmacro TEXT notComplete \
     "Quillet is not installed completely. Clear what is in the way, and run this program again." \
     "Quillet no se ha instalado por completo. Resuelva el problema y vuelva a ejecutar este programa."

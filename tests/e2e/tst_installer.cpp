@@ -15,7 +15,7 @@ class InstallerStory : public QObject, private InstallStory
     Q_OBJECT
 
 private slots:
-    void init() { begin(QStringLiteral("package-") + QString::fromLatin1(QTest::currentTestFunction())); }
+    void init() { begin(QStringLiteral("installer-") + QString::fromLatin1(QTest::currentTestFunction())); }
     void cleanup() { session.reset(); }
 
     // An administrator installs it, looks at it, and takes it away again.
@@ -195,6 +195,10 @@ private slots:
         QTest::newRow("without quotation marks") << "C:\\Program Files\\Quillet\\quillet-session.exe";
         QTest::newRow("with arguments") << "\"C:\\PROGRA~1\\QUILLET\\QUILLET-SESSION.EXE\" -x ";
         QTest::newRow("the shell itself") << "C:\\Program Files\\Quillet\\quillet.exe";
+        QTest::newRow("with slashes, without a suffix") << "C:/Program Files/Quillet/quillet-session";
+        QTest::newRow("without a suffix, with arguments") << "C:\\Q\\quillet-session -x";
+        QTest::newRow("the shell itself, without a suffix")
+            << "cmd.exe /c \"C:\\Program Files\\Quillet\\quillet\"";
     }
     void aShellValueOfOursIsKnownHoweverItIsWritten()
     {
@@ -207,6 +211,32 @@ private slots:
         QVERIFY(setShell(value));
         QVERIFY(remove());
         QCOMPARE(shellValue(), QStringLiteral("%windir%\\explorer.exe"));
+    }
+
+    // With arguments, with its type, in a program of theirs.
+    void anUpgradeInTheSameFolderKeepsOursAsTheAdministratorWroteIt()
+    {
+        QVERIFY(setShell(QStringLiteral("kiosk.exe")));
+        QCOMPARE(install(QStringLiteral("older"), QStringLiteral("/SHELL=1")), 0);
+        const QString value = QStringLiteral("%windir%\\first.exe C:\\Elsewhere\\quillet-session.exe -x");
+        QVERIFY(setValue(winlogon, QStringLiteral("Shell"), value, QStringLiteral("REG_EXPAND_SZ")));
+        const QString library = folder() + QStringLiteral("/Qt5Network.dll");
+        QVERIFY(QFile::remove(library));
+        QVERIFY(QDir().mkpath(library));
+        QCOMPARE(install(QStringLiteral("present")), failed);
+        QCOMPARE(shellType(), QStringLiteral("REG_SZ kiosk.exe"));
+        QVERIFY(QDir().rmdir(library));
+        // The same folder, found by another name of it.
+        QVERIFY(QFile::link(QFileInfo(folder()).path(), session->driveC() + QStringLiteral("/Linked")));
+        QCOMPARE(install(QStringLiteral("present"), QStringLiteral("/D=C:\\Linked\\Quillet")), 0);
+        QCOMPARE(shellType(), QStringLiteral("REG_EXPAND_SZ ") + value);
+        QVERIFY(QFile::exists(folder() + QStringLiteral("/uninstall.exe")));
+        QVERIFY(QFile::exists(folder() + QStringLiteral("/quillet.ini.written")));
+        QCOMPARE(registry(own, QStringLiteral("InstallFolder")),
+                 QStringLiteral("C:\\Program Files\\Quillet"));
+        QVERIFY(registry(own, QStringLiteral("OwnShell")).isNull());
+        QVERIFY(registry(own, QStringLiteral("ShellWanted")).isNull());
+        QCOMPARE(registry(own, QStringLiteral("PreviousShell")), QStringLiteral("kiosk.exe"));
     }
 
     void aShellOfOursThatSomebodySetByHandStaysAtTheFirstInstallation()
@@ -250,7 +280,7 @@ private slots:
         QVERIFY(QFile::exists(folder() + QStringLiteral("/quillet.exe")));
     }
 
-    void aMachineIsNeverLeftWithoutAShell()
+    void aMachineWithoutAShellValueGetsOneWhenOursGoes()
     {
         QVERIFY(setShell(QString()));
         QVERIFY(shellValue().isNull());
@@ -274,7 +304,7 @@ private slots:
         QVERIFY(!QFile::exists(folder()));
         QCOMPARE(shellValue(), there);
         // Asked for another one, it moves, and the shell value with it.
-        QCOMPARE(install(QStringLiteral("present"), QStringLiteral("/D=C:\\Shell")), 0);
+        QCOMPARE(install(QStringLiteral("present"), QStringLiteral("/D=C:\\Shell\\")), 0);
         QVERIFY(!QFile::exists(elsewhere));
         QCOMPARE(shellValue(), QStringLiteral("\"C:\\Shell\\quillet-session.exe\""));
         QCOMPARE(registry(own, QStringLiteral("InstallFolder")), QStringLiteral("C:\\Shell"));

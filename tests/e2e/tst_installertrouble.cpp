@@ -79,6 +79,8 @@ private slots:
     void init()
     {
         begin(QStringLiteral("trouble-") + QString::fromLatin1(QTest::currentTestFunction()));
+        if (QTest::currentTestFailed())
+            return;
         QVERIFY(setValue(winlogon, QStringLiteral("Shell"), kiosk, QStringLiteral("REG_EXPAND_SZ")));
     }
     void cleanup() { session.reset(); }
@@ -174,6 +176,105 @@ private slots:
         QCOMPARE(displayVersion(), QStringLiteral(PROJECT_VERSION));
     }
 
+    void aFolderThatCannotBeOursIsRefused()
+    {
+        const QString other = session->driveC() + QStringLiteral("/Other program");
+        for (const char* name : {"/One/uninstall.exe", "/Two/Qt5Core.dll"}) {
+            QVERIFY(QDir().mkpath(QFileInfo(other + QString::fromLatin1(name)).path()));
+            Sandbox::writeFile(other + QString::fromLatin1(name), "not ours");
+        }
+        const QStringList before = filesOf(session->driveC());
+        for (const char* folder :
+             {"\"C:\\Ours\"", "Ours", "\\Ours", "C:", "C:Ours", "C:/Ours", "C:\\Ours/Quillet", "C:\\",
+              "C:\\\\", "C:\\Ours\\..", "\\\\localhost\\c$\\Ours", "C:\\Other program\\One",
+              "C:\\Other program\\Two"}) {
+            const QString text = QString::fromLatin1(folder);
+            QVERIFY2(install(QStringLiteral("present"), "/D=" + text) == failed, folder);
+            QVERIFY2(filesOf(session->driveC()) == before, folder);
+        }
+        QCOMPARE(remains(), QStringList());
+    }
+
+    void nothingIsChangedWhereTheShellValueIsNoText()
+    {
+        QVERIFY(setValue(winlogon, QStringLiteral("Shell"), QStringLiteral("a.exe"),
+                         QStringLiteral("REG_MULTI_SZ")));
+        QCOMPARE(install(QStringLiteral("present"), QStringLiteral("/SHELL=1")), failed);
+        QCOMPARE(remains(), QStringList());
+        QCOMPARE(shellType(), QStringLiteral("REG_MULTI_SZ a.exe"));
+    }
+
+    // Its libraries are replaced like those of a version that an installer brought.
+    void whatWasUnpackedAndMadeTheShellByHandIsNotTheShellWhileItIsReplaced()
+    {
+        QVERIFY(QDir().rename(packages::unpack(QStringLiteral("present"), session->driveC() + "/Unpacked"),
+                              folder()));
+        QVERIFY(setShell(starter + QStringLiteral(" -x")));
+        QCOMPARE(installWithAFolderInTheWay(), failed);
+        QCOMPARE(shellValue(), QStringLiteral("explorer.exe"));
+        QCOMPARE(install(QStringLiteral("present")), done);
+        QCOMPARE(shellValue(), starter + QStringLiteral(" -x"));
+    }
+
+    void aRemovalThatFailsIsFinishedByTheNext()
+    {
+        QCOMPARE(install(QStringLiteral("present"), QStringLiteral("/SHELL=1")), done);
+        const QString library = folder() + QStringLiteral("/Qt5Network.dll");
+        QVERIFY(QFile::remove(library));
+        QVERIFY(QFile::copy(WineSession::tools() + QStringLiteral("/testapp.exe"), library));
+        QProcess program; // Windows does not let anybody remove a program that runs
+        session->start(program, QStringLiteral("C:\\Program Files\\Quillet\\Qt5Network.dll"));
+        QVERIFY(session->waitForWindow(QStringLiteral("Qt5Network.dll"), QStringLiteral("testapp")));
+        for (int i = 0; i < 2; ++i) {
+            QCOMPARE(removeInPlace(), failed);
+            QCOMPARE(shellType(), QStringLiteral("REG_EXPAND_SZ ") + kiosk);
+            QCOMPARE(filesOf(folder()),
+                     QStringList({"Qt5Network.dll", "quillet.ini.written", "uninstall.exe"}));
+            QVERIFY(QFile::exists(settings()));
+            QCOMPARE(displayName(), QStringLiteral("Quillet (not installed completely)"));
+            QVERIFY(displayVersion().isNull());
+            QVERIFY(registry(own, QStringLiteral("Version")).isNull());
+        }
+        QVERIFY(session->killProgram(QStringLiteral("Qt5Network.dll")));
+        QVERIFY(program.waitForFinished(patience));
+        QVERIFY(remove());
+        QTRY_COMPARE_WITH_TIMEOUT(remains(), QStringList(), patience);
+        QVERIFY(!QFile::exists(settings()));
+    }
+
+    void anUninstallerStartedAsAnUpgradeDoesLeavesAShell()
+    {
+        QCOMPARE(install(QStringLiteral("present"), QStringLiteral("/SHELL=1")), done);
+        QCOMPARE(runLine(QStringLiteral("\"C:\\Program Files\\Quillet\\uninstall.exe\" /S /UPGRADE=1 "
+                                        "_?=C:\\Program Files\\Quillet")),
+                 done);
+        QVERIFY(!QFile::exists(folder() + QStringLiteral("/quillet-session.exe")));
+        QCOMPARE(shellType(), QStringLiteral("REG_EXPAND_SZ ") + kiosk);
+    }
+
+    void anUninstallerRemovesNothingFromElsewhere()
+    {
+        QCOMPARE(install(QStringLiteral("present"), QStringLiteral("/SHELL=1")), done);
+        QCOMPARE(runLine(QStringLiteral("\"C:\\Program Files\\Quillet\\uninstall.exe\" /S _?=C:\\windows")),
+                 failed);
+        QCOMPARE(shellValue(), starter);
+        QCOMPARE(displayVersion(), QStringLiteral(PROJECT_VERSION));
+        QCOMPARE(filesOf(folder()), allFiles());
+        QVERIFY(QFile::exists(settings()));
+    }
+
+    // Nothing of it needs another shell value: that is the earlier one already.
+    void whatIsNotCompleteCanBeRemovedWhereTheShellCannotBeChanged()
+    {
+        QCOMPARE(install(QStringLiteral("older"), QStringLiteral("/SHELL=1")), done);
+        QCOMPARE(installWithAFolderInTheWay(), failed);
+        QVERIFY(lockShell(QStringLiteral("deny")));
+        QCOMPARE(removeInPlace(), done);
+        QCOMPARE(remains(), QStringList({folder(), QStringLiteral("uninstall.exe")}));
+        // What stays behind is no other program's.
+        QCOMPARE(install(QStringLiteral("present")), done);
+    }
+
     void nothingIsChangedWhereThereIsNoRoom()
     {
         QCOMPARE(install(QStringLiteral("older"), QStringLiteral("/SHELL=1")), done);
@@ -181,7 +282,7 @@ private slots:
         // A file system that never has room, and that nothing can be written to.
         QVERIFY(
             QFile::link(QStringLiteral("/proc"), session->driveC() + QStringLiteral("/../dosdevices/q:")));
-        QCOMPARE(install(QStringLiteral("present"), QStringLiteral("/D=Q:\\Programs\\Quillet")), failed);
+        QCOMPARE(install(QStringLiteral("present"), QStringLiteral("/D=Q:\\Programs\\Quillet")), noRoom);
         QCOMPARE(filesOf(folder()), before);
         QCOMPARE(shellValue(), starter);
         QCOMPARE(displayName(), QStringLiteral("Quillet"));
@@ -204,6 +305,8 @@ private slots:
         QCOMPARE(filesOf(folder()), allFiles());
         QCOMPARE(displayVersion(), QStringLiteral(PROJECT_VERSION));
         QCOMPARE(shellValue(), starter);
+        QVERIFY(registry(own, QStringLiteral("ShellWanted")).isNull());
+        QVERIFY(registry(own, QStringLiteral("OwnShell")).isNull());
 
         QVERIFY(lockShell(QStringLiteral("allow")));
         QVERIFY(remove());

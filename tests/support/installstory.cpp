@@ -170,7 +170,8 @@ QStringList InstallStory::remains()
     if (QFile::exists(folder()))
         all << folder() << packages::filesOf(folder());
     const QStringList values[] = {
-        {own, "Version"}, {own, "InstallFolder"}, {own, "PreviousShell"}, {programs, "DisplayName"}};
+        {own, "Version"},  {own, "InstallFolder"},    {own, "PreviousShell"},       {own, "ShellWanted"},
+        {own, "OwnShell"}, {programs, "DisplayName"}, {programs, "UninstallString"}};
     for (const QStringList& value : values) {
         if (!registry(value[0], value[1]).isNull())
             all << value.join('\\');

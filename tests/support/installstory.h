@@ -36,7 +36,8 @@ public:
         failed = 2,
         running = 5,
         notAlone = 6,
-        noRights = 7
+        noRights = 7,
+        noRoom = 8
     };
 
     static const QString winlogon; // the registry's keys
@@ -46,7 +47,8 @@ public:
 
     std::unique_ptr<WineSession> session;
 
-    // Starts that Windows anew; `story` names the pictures.
+    // Starts that Windows anew; `story` names the pictures. The test has failed where that did not work; go
+    // on only after a look at that.
     void begin(const QString& story);
 
     QString folder() const { return session->driveC() + QStringLiteral("/Program Files/Quillet"); }
