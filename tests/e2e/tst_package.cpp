@@ -60,15 +60,27 @@ private slots:
 
     void theZipHoldsTheProductAndItsPapers()
     {
-        QStringList product = filesOf(WineSession::dist());
-        product.removeOne(QStringLiteral("licenses/SOURCE"));
+        const QStringList product = QStringList{"Qt5Core.dll",
+                                                "Qt5Gui.dll",
+                                                "Qt5Network.dll",
+                                                "Qt5Widgets.dll",
+                                                "libgcc_s_seh-1.dll",
+                                                "libstdc++-6.dll",
+                                                "libwinpthread-1.dll",
+                                                "licenses/LICENSE.GPL3",
+                                                "licenses/LICENSE.LGPL3",
+                                                "licenses/copyright",
+                                                "quillet-session.exe",
+                                                "quillet.exe",
+                                                "quillet_es.qm"} +
+                                    plugins;
         QStringList expected = product;
         expected << QStringLiteral("licenses/README.txt") << QStringLiteral("licenses/build-qt.sh")
                  << QStringLiteral("licenses/gcc-copyright") << QStringLiteral("licenses/mingw-w64-copyright")
                  << QStringLiteral("quillet.ini.sample");
         expected.sort();
         QCOMPARE(m_files, expected);
-        for (const QString& name : qAsConst(product))
+        for (const QString& name : product)
             QVERIFY2(file(name) == Sandbox::readFile(WineSession::dist() + '/' + name), qPrintable(name));
         QCOMPARE(file(QStringLiteral("quillet.ini.sample")), sample());
     }
@@ -130,6 +142,7 @@ private slots:
         QVERIFY(file(QStringLiteral("licenses/copyright")).contains("qtbase"));
         QVERIFY(file(QStringLiteral("licenses/gcc-copyright")).contains("GCC RUNTIME LIBRARY EXCEPTION"));
         QVERIFY(file(QStringLiteral("licenses/mingw-w64-copyright")).contains("winpthreads"));
+        QVERIFY(readme.contains("modify these libraries") && readme.contains("reverse engineer"));
         QVERIFY(file(QStringLiteral("licenses/build-qt.sh")).contains("configure"));
     }
 
@@ -137,6 +150,8 @@ private slots:
     void theProgramStartsFromTheUnpackedZip()
     {
         begin(QStringLiteral("package-unpacked"));
+        if (QTest::currentTestFailed())
+            return;
         QVERIFY(!packages::unpack(present, session->driveC() + QStringLiteral("/Our tools")).isEmpty());
         QProcess process;
         session->startAsUser(
