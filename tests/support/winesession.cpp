@@ -33,7 +33,7 @@ WineSession::WineSession(const QString& story, int width, int height)
 {
     // The session's own command tells what its environment is, and stays until its input ends.
     const QString command = QStringLiteral("printf '%s\\n' \"$DISPLAY\" \"$WINEPREFIX\" \"$WINE_HOME\" "
-                                           "\"$WINEDLLOVERRIDES\" ready; exec cat >/dev/null");
+                                           "\"$WINEDLLOVERRIDES\" \"$USER\" ready; exec cat >/dev/null");
     m_session.start(root() + QStringLiteral("/tools/wine-session"),
                     {"--size", text(m_screen), "--room", text(m_screen.expandedTo(room)), "--libraries",
                      tools() + QStringLiteral("/standins"), "--stacking",
@@ -42,10 +42,10 @@ WineSession::WineSession(const QString& story, int width, int height)
     while (!output.endsWith("ready\n") && m_session.waitForReadyRead(120000))
         output += m_session.readAllStandardOutput();
     const QList<QByteArray> lines = output.split('\n');
-    if (lines.size() < 5)
+    if (lines.size() < 6)
         return;
-    const char* const names[] = {"DISPLAY", "WINEPREFIX", "WINE_HOME", "WINEDLLOVERRIDES"};
-    for (int i = 0; i < 4; ++i)
+    const char* const names[] = {"DISPLAY", "WINEPREFIX", "WINE_HOME", "WINEDLLOVERRIDES", "USER"};
+    for (int i = 0; i < 5; ++i)
         m_environment.insert(QString::fromLatin1(names[i]), QString::fromLocal8Bit(lines[i]));
     m_environment.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
     m_environment.remove(QStringLiteral("QT_QPA_PLATFORM")); // the native tests'
