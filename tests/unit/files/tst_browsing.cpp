@@ -38,6 +38,17 @@ class BrowsingTest : public FileManagerTest
         return counts;
     }
 
+    // Selects "a.txt" while its folder, which has also the folder "sub", is being loaded.
+    void selectWhileTheFolderLoads()
+    {
+        addFile("a.txt");
+        addFolder("sub");
+        select("a.txt");
+        enter(path("sub"));
+        manager().setIndex(model()->index(folder()));
+        icons()->selectionModel()->select(model()->index(path("a.txt")), QItemSelectionModel::Select);
+    }
+
 private slots:
     // --- Entering folders
 
@@ -337,12 +348,7 @@ private slots:
 
     void whatIsNoLongerSelectedWhileAFolderLoadsIsNotActedOn()
     {
-        addFile("a.txt");
-        addFolder("sub");
-        select("a.txt");
-        enter(path("sub"));
-        manager().setIndex(model()->index(folder()));
-        icons()->selectionModel()->select(model()->index(path("a.txt")), QItemSelectionModel::Select);
+        selectWhileTheFolderLoads();
         manager().setEnabledButtons();
         QVERIFY(button("removeButton")->isEnabled());
         manager().setIndex(model()->index(path("sub")));
@@ -351,12 +357,7 @@ private slots:
 
     void whatWasSelectedWhileAFolderLoadedIsFollowedOnceItHas()
     {
-        addFile("a.txt");
-        addFolder("sub");
-        select("a.txt");
-        enter(path("sub"));
-        manager().setIndex(model()->index(folder()));
-        icons()->selectionModel()->select(model()->index(path("a.txt")), QItemSelectionModel::Select);
+        selectWhileTheFolderLoads();
         QVERIFY(!button("copyButton")->isEnabled());
         QVERIFY(isLoaded());
         QCOMPARE(selected(), QStringList("a.txt"));
