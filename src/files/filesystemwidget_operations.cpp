@@ -223,7 +223,7 @@ QString FileSystemWidget::askForName(const QString& title, const QString& label,
     dialog->setTextValue(name);
     shell::ignoreHeldKeys(dialog);
     const bool isAccepted = dialog->exec() == QDialog::Accepted;
-    const QString answer = dialog && isAccepted ? dialog->textValue() : QString();
+    QString answer = dialog && isAccepted ? dialog->textValue() : QString();
     delete dialog;
     return answer;
 }
